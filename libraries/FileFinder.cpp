@@ -6,6 +6,7 @@
 #include "shell/services/Wildcard.h"
 
 #include <QDir>
+#include <QStringBuilder>
 #include <set>
 #include <utility>
 #include <vector>
@@ -21,12 +22,11 @@ FindProgress* g_progress = nullptr;
 
 QString JoinPath(const QString& dir, const QString& name)
 {
-    return dir.endsWith(u'/') ? dir + name : dir + u'/' + name;
+    return dir.endsWith(u'/') ? dir + name : QString(dir % u'/' % name);
 }
 
 void AppendPaths(TextArray& names, const QString& dir, const QStringList& entries)
 {
-    names.reserve(names.size() + entries.size());
     for (const QString& entry : entries)
         AppendItem(names, JoinPath(dir, entry));
 }
