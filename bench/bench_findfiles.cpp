@@ -1,7 +1,5 @@
 // FindFiles over a library of 100,000 files in 1,000 folders, timed beside `find DIR -type f | wc -l`
 // on the same tree in the same run. Usage: bench_findfiles [tree directory]
-#include "libraries/FileFinder.h"
-
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
@@ -9,6 +7,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <functional>
+#include "libraries/FileFinder.h"
 
 namespace {
 
@@ -70,7 +69,8 @@ qsizetype RunFindFiles(const QString& root)
 qsizetype RunFind(const QString& root)
 {
     QProcess shell;
-    shell.start(QStringLiteral("sh"), {QStringLiteral("-c"), QStringLiteral("find \"$0\" -type f | wc -l"), root});
+    shell.start(QStringLiteral("sh"),
+                {QStringLiteral("-c"), QStringLiteral("find \"$0\" -type f | wc -l"), root});
     shell.waitForFinished(-1);
     return shell.readAllStandardOutput().trimmed().toLongLong();
 }

@@ -1,15 +1,13 @@
 #include "libraries/FileFinder.h"
-
-#include "libraries/FinderDirectory.h"
-#include "shell/services/FilePaths.h"
-#include "shell/services/Platform.h"
-#include "shell/services/Wildcard.h"
-
 #include <QDir>
 #include <QStringBuilder>
 #include <set>
 #include <utility>
 #include <vector>
+#include "libraries/FinderDirectory.h"
+#include "shell/services/FilePaths.h"
+#include "shell/services/Platform.h"
+#include "shell/services/Wildcard.h"
 
 namespace td {
 namespace {
@@ -81,7 +79,10 @@ std::atomic_bool& FindCancelMark()
     return mark;
 }
 
-void SetFindProgress(FindProgress* progress) { g_progress = progress; }
+void SetFindProgress(FindProgress* progress)
+{
+    g_progress = progress;
+}
 
 bool FindFiles(const QString& path, const QString& pattern, int subDepth, TextArray& names, int& attributes)
 {
@@ -108,7 +109,8 @@ bool FindFiles(const QString& path, const QString& pattern, int subDepth, TextAr
     return true;
 }
 
-bool FindFileNames(const QString& path, const QString& pattern, int subDepth, TextArray& names, int& attributes)
+bool FindFileNames(const QString& path, const QString& pattern, int subDepth, TextArray& names,
+                   int& attributes)
 {
     const bool ran = FindFiles(path, pattern, subDepth, names, attributes);
     KeepFileNamesOnly(names);

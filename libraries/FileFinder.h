@@ -1,7 +1,7 @@
 #pragma once
-#include "shell/services/TextArray.h"
 #include <QString>
 #include <atomic>
+#include "shell/services/TextArray.h"
 
 class QWidget;
 
@@ -30,7 +30,8 @@ void SetFindProgress(FindProgress* progress);
 // False, with an empty list, when path is no directory.
 bool FindFiles(const QString& path, const QString& pattern, int subDepth, TextArray& names, int& attributes);
 // As FindFiles, with the names alone.
-bool FindFileNames(const QString& path, const QString& pattern, int subDepth, TextArray& names, int& attributes);
+bool FindFileNames(const QString& path, const QString& pattern, int subDepth, TextArray& names,
+                   int& attributes);
 // The content of one directory for a browser: its subdirectories first, each marked by a leading "/"
 // (no name can hold one), then its files unless attributes are exactly ATTR_DIRECTORY. An empty path
 // gives the drives.

@@ -1,15 +1,13 @@
 #include "libraries/FinderDirectory.h"
-
-#include "libraries/FileFinder.h"
-#include "shell/services/Wildcard.h"
-
-#include <QFile>
-#include <QSet>
-#include <algorithm>
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <QFile>
+#include <QSet>
+#include <algorithm>
+#include "libraries/FileFinder.h"
+#include "shell/services/Wildcard.h"
 
 namespace td::finder {
 namespace {
@@ -65,15 +63,15 @@ QSet<QByteArray> HiddenList(int dirFd)
 EntryKind KindOf(int dirFd, const dirent* entry)
 {
     switch (entry->d_type) {
-    case DT_REG:
-        return EntryKind::File;
-    case DT_DIR:
-        return EntryKind::Directory;
-    case DT_LNK:
-    case DT_UNKNOWN:
-        break;
-    default:
-        return EntryKind::Special;
+        case DT_REG:
+            return EntryKind::File;
+        case DT_DIR:
+            return EntryKind::Directory;
+        case DT_LNK:
+        case DT_UNKNOWN:
+            break;
+        default:
+            return EntryKind::Special;
     }
     struct stat st;
     if (::fstatat(dirFd, entry->d_name, &st, 0) != 0)
@@ -87,6 +85,11 @@ bool IsReadOnly(int dirFd, const char* name)
 {
     struct stat st;
     return ::fstatat(dirFd, name, &st, 0) == 0 && !(st.st_mode & S_IWUSR);
+}
+
+bool IsHidden(const char* name, const QSet<QByteArray>& hiddenList)
+{
+    return name[0] == '.' || (!hiddenList.isEmpty() && hiddenList.contains(QByteArray(name)));
 }
 
 bool IsDotOrDotDot(const char* name)
@@ -131,7 +134,7 @@ DirContent ReadDirectory(const QString& dir, const EntryFilter& filter)
     while (const dirent* entry = ::readdir(handle.get())) {
         if (IsDotOrDotDot(entry->d_name))
             continue;
-        if (!showHidden && (entry->d_name[0] == '.' || (!hiddenList.isEmpty() && hiddenList.contains(QByteArray(entry->d_name)))))
+        if (!showHidden && IsHidden(entry->d_name, hiddenList))
             continue;
         const EntryKind kind = KindOf(dirFd, entry);
         if (kind == EntryKind::Directory) {
