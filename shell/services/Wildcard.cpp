@@ -29,12 +29,12 @@ bool Wildcard::matches(const QString& name) const
 
 bool Wildcard::matchOne(const QString& pattern, const QString& name)
 {
-    // "*.ext" is by far the common case.
-    if (pattern.startsWith(QLatin1String("*.")) && pattern.indexOf(u'*', 1) < 0 && pattern.indexOf(u'?') < 0)
-        return name.endsWith(QStringView(pattern).mid(1));
     // "name." asks for a name without an extension.
     if (pattern.endsWith(u'.') && !name.contains(u'.'))
         return matchOne(pattern.chopped(1), name);
+    // "*.ext" is by far the common case.
+    if (pattern.startsWith(QLatin1String("*.")) && pattern.indexOf(u'*', 1) < 0 && pattern.indexOf(u'?') < 0)
+        return name.endsWith(QStringView(pattern).mid(1));
 
     qsizetype p = 0, n = 0, star = -1, mark = 0;
     while (n < name.size()) {
