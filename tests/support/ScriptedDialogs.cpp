@@ -38,9 +38,11 @@ std::optional<QString> ScriptedDialogs::inputBox(const QString& prompt, const QS
     calls_.push_back({QStringLiteral("input"), prompt, MsgButtons::OkCancel, MsgIcon::None, title});
     if (inputs_.empty())
         return std::nullopt;
-    auto v = inputs_.front();
+    const Input v = inputs_.front();
     inputs_.pop_front();
-    return v;
+    if (!v.ok)
+        return std::nullopt;
+    return v.text;
 }
 
 QStringList ScriptedDialogs::openFiles(const OpenFileRequest& request)

@@ -25,7 +25,8 @@ public:
     ~ScriptedDialogs() override;  // restores the previous seam
 
     void answer(MsgAnswer a) { answers_.push_back(a); }
-    void input(std::optional<QString> text) { inputs_.push_back(std::move(text)); }
+    void input(const QString& text) { inputs_.push_back({true, text}); }
+    void cancelInput() { inputs_.push_back({false, {}}); }
     void files(QStringList paths) { files_.push_back(std::move(paths)); }
     void folder(QString path) { folders_.push_back(std::move(path)); }
 
@@ -42,7 +43,11 @@ public:
 private:
     std::vector<Call> calls_;
     std::deque<MsgAnswer> answers_;
-    std::deque<std::optional<QString>> inputs_;
+    struct Input {
+        bool ok;
+        QString text;
+    };
+    std::deque<Input> inputs_;
     std::deque<QStringList> files_;
     std::deque<QString> folders_;
 };

@@ -1,0 +1,59 @@
+#include "shell/services/Shell.h"
+#include "shell/services/Ini.h"
+#include <QDir>
+#include <QProcess>
+
+namespace td {
+namespace {
+
+// Starts a configured command (program and arguments) on one file, detached from the console.
+bool startOn(const QString& commandLine, const QString& file)
+{
+    QStringList args = QProcess::splitCommand(commandLine);
+    if (args.isEmpty())
+        return false;
+    const QString program = args.takeFirst();
+    args << file;
+    return QProcess::startDetached(program, args);
+}
+
+class DesktopShell : public ShellSeam {
+public:
+    bool open(const QString& path) override { return startOn(QStringLiteral("xdg-open"), path); }
+    bool play(const QString& commandFile) override
+    {
+        return startOn(AppIniRead(QStringLiteral("PlayerCommand"), QStringLiteral("xdg-open")), commandFile);
+    }
+    bool edit(const QString& textFile) override
+    {
+        return startOn(AppIniRead(QStringLiteral("EditorCommand"), QStringLiteral("xdg-open")), textFile);
+    }
+};
+
+ShellSeam*& installed()
+{
+    static ShellSeam* seam = nullptr;
+    return seam;
+}
+
+}  // namespace
+
+ShellSeam& Shell()
+{
+    if (installed())
+        return *installed();
+    static DesktopShell desktop;
+    return desktop;
+}
+
+void SetShell(ShellSeam* seam) { installed() = seam; }
+
+void OpenInternetShortcut(const QString& location)
+{
+    const QString file = QDir::current().filePath(QStringLiteral("Internet.url"));
+    IniWrite(file, QStringLiteral("InternetShortcut"), QStringLiteral("URL"), location);
+    // Desktops here do not open .url files themselves, so the location the shortcut holds is opened.
+    Shell().open(location);
+}
+
+}  // namespace td

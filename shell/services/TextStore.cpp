@@ -1,0 +1,126 @@
+#include "shell/services/TextStore.h"
+#include "shell/services/AppError.h"
+#include <QFile>
+#include <QSaveFile>
+
+namespace td {
+namespace {
+
+const QString kCrLf = QStringLiteral("\r\n");
+
+QString header(const QString& section) { return kCrLf + u'[' + section + u']' + kCrLf; }
+
+// The section's body: from its header's own line break up to and including the CR before the next
+// header. A body that is not the last one therefore ends in a lone CR.
+QString sectionBody(const QString& text, qsizetype headerAt, const QString& section)
+{
+    QString rest = text.mid(headerAt + 3 + section.size());
+    const qsizetype next = rest.indexOf(QStringLiteral("\r\n["));
+    if (next >= 0)
+        rest.truncate(next + 1);
+    return rest;
+}
+
+}  // namespace
+
+QString ReadTextStore(const QString& path)
+{
+    if (path.isEmpty())
+        return {};
+    QFile f(path);
+    if (!f.open(QIODevice::ReadOnly))
+        throw AppError(QStringLiteral("File not found: ") + path);
+    const QByteArray bytes = f.readAll();
+    if (bytes.size() < 2)
+        throw AppError(QStringLiteral("Input past end of file"));
+    // The first two bytes are the byte-order mark; they are skipped, not checked.
+    const qsizetype units = (bytes.size() - 2) / 2;
+    QString text(units, Qt::Uninitialized);
+    const auto* src = reinterpret_cast<const uchar*>(bytes.constData() + 2);
+    for (qsizetype i = 0; i < units; ++i)
+        text[i] = QChar(char16_t(src[2 * i] | (src[2 * i + 1] << 8)));
+    if (!text.startsWith(kCrLf))
+        text.prepend(kCrLf);
+    if (!text.endsWith(kCrLf))
+        text.append(kCrLf);
+    return text;
+}
+
+bool WriteTextStore(const QString& path, const QString& text)
+{
+    if (path.isEmpty())
+        return false;
+    QByteArray bytes;
+    bytes.reserve(2 + text.size() * 2);
+    bytes.append(char(0xFF)).append(char(0xFE));
+    for (QChar c : text) {
+        const char16_t u = c.unicode();
+        bytes.append(char(u & 0xFF)).append(char(u >> 8));
+    }
+    // Written anew each time, through a temporary file, so a reader never sees half of it.
+    QSaveFile f(path);
+    if (!f.open(QIODevice::WriteOnly))
+        throw AppError(QStringLiteral("Path/File access error: ") + path);
+    f.write(bytes);
+    if (!f.commit())
+        throw AppError(QStringLiteral("Path/File access error: ") + path);
+    return true;
+}
+
+QString ReadTextValue(const QString& text, const QString& section, const QString& key, const QString& def)
+{
+    const qsizetype at = text.indexOf(header(section));
+    if (at < 0)
+        return def;
+    const QString body = sectionBody(text, at, section);
+    const QString marker = u'\n' + key + u'=';
+    const qsizetype k = body.indexOf(marker);
+    if (k < 0)
+        return def;
+    QString value = body.mid(k + marker.size());
+    const qsizetype cr = value.indexOf(u'\r');
+    if (cr >= 0)
+        value.truncate(cr);
+    return value;
+}
+
+void WriteTextValue(QString& text, const QString& section, const QString& key, const QString& value)
+{
+    const qsizetype at = text.indexOf(header(section));
+    if (at < 0) {
+        text += header(section) + key + u'=' + value + kCrLf;
+        return;
+    }
+    const QString oldBody = sectionBody(text, at, section);
+    const QString marker = u'\n' + key + u'=';
+    const qsizetype k = oldBody.indexOf(marker);
+    QString newBody;
+    if (k >= 0) {
+        const qsizetype cr = oldBody.indexOf(u'\r', k + marker.size());
+        newBody = oldBody.left(k) + marker + value + u'\r' + (cr >= 0 ? oldBody.mid(cr + 1) : QString());
+    } else {
+        newBody = oldBody + key + u'=' + value + kCrLf;
+    }
+    // The body was cut from the first occurrence of the header, so this replaces exactly that one.
+    const qsizetype headLen = 3 + section.size();
+    text.replace(at + headLen, oldBody.size(), newBody);
+}
+
+bool ReadTextKeys(const QString& text, TextArray& names)
+{
+    names = NewTextArray();
+    const auto lines = QStringView(text).split(kCrLf);
+    for (QStringView line : lines) {
+        if (line.isEmpty())
+            continue;
+        const QChar first = line.front();
+        if (first == u';' || first == u':' || first == u'\'')
+            continue;
+        const qsizetype eq = line.indexOf(u'=');
+        if (eq >= 0)
+            AppendItem(names, line.left(eq).toString());
+    }
+    return true;
+}
+
+}  // namespace td
