@@ -1,5 +1,6 @@
 #pragma once
 #include <QString>
+#include <QVariant>
 
 namespace td {
 
@@ -18,5 +19,9 @@ enum AdoType : int {
 // The type code of a column from its declared type ("SMALLINT", "INTEGER", "DATETIME", ...);
 // adEmpty when the declaration says nothing (an expression column).
 int AdoTypeOfDeclared(const QString& declared);
+
+// A value converted to what a column of that type stores: integers as qint64, dates as their stored
+// text, binary as QByteArray; NULL stays an invalid QVariant. Throws AppError when it cannot convert.
+QVariant CoerceToType(const QVariant& value, int adoType);
 
 }  // namespace td

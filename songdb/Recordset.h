@@ -6,6 +6,7 @@
 #include <QVariant>
 #include <memory>
 #include <optional>
+#include <unordered_map>
 #include <vector>
 
 namespace td {
@@ -124,6 +125,8 @@ private:
     QByteArray fieldChunk(int c, qsizetype size);
     void appendFieldChunk(int c, const QByteArray& bytes);
     void checkColumn(int c) const;
+    void checkOpen() const;
+    void finishEditBeforeMove();
     void clearEdit();
     void setPosition(qsizetype pos);
     void load(std::unique_ptr<RowStore> rows, std::vector<Bookmark> keys);
@@ -139,6 +142,7 @@ private:
     EditMode editMode_ = EditMode::None;
     std::vector<std::optional<QVariant>> pending_;   // edited values per column
     std::vector<qsizetype> chunkRead_;               // GetChunk offsets per column
+    mutable std::unordered_map<Bookmark, std::uint32_t> keyIndex_;   // key to physical row, built on demand
 };
 
 }  // namespace td

@@ -62,7 +62,7 @@ public:
 private:
     struct Cell {
         std::uint32_t ref = 0;       // inline integer, arena address, or index into big_
-        std::uint32_t sizeKind = 0;  // size << 3 | kind
+        std::uint32_t sizeKind = 0;  // size, big flag and kind
     };
     Cell& cell(qsizetype row, int c);
     const Cell& cell(qsizetype row, int c) const;
