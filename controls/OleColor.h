@@ -1,0 +1,18 @@
+#pragma once
+#include <QColor>
+#include <QPalette>
+
+namespace td {
+
+// Colours as the format files and the controls' properties give them: 0x00BBGGRR for a fixed colour,
+// or 0x800000nn for the system colour nn.
+constexpr long kSysWindowText = long(0x80000008u);
+constexpr long kSysGrayText = long(0x80000011u);
+constexpr long kSysButtonFace = long(0x8000000Fu);
+constexpr long kPureBlue = 0xFF0000;
+
+bool IsSystemColor(long oleColor);
+// The colour to paint with; system colours come from the palette.
+QColor ColorFromOle(long oleColor, const QPalette& palette);
+
+}  // namespace td

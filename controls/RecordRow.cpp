@@ -1,0 +1,47 @@
+#include "controls/RecordRow.h"
+#include "controls/ViewRows.h"
+#include "shell/services/AppError.h"
+
+namespace td {
+
+int RequireField(const Recordset& rs, const QString& name)
+{
+    const int c = rs.FieldIndex(name);
+    if (c < 0)
+        throw AppError(QStringLiteral("Item cannot be found in the collection corresponding to the requested name or ordinal."));
+    return c;
+}
+
+RecordRow::RecordRow(const Recordset& rs, const std::vector<ViewColumn>& columns, const ImageRule& icon,
+                     const ImageRule& smallIcon)
+    : rs_(rs), icon_(icon), smallIcon_(smallIcon)
+{
+    fields_.reserve(columns.size());
+    for (const ViewColumn& col : columns)
+        fields_.push_back(RequireField(rs, col.Field));
+    if (icon.Id.isEmpty() && !icon.Field.isEmpty())
+        iconField_ = RequireField(rs, icon.Field);
+    if (smallIcon.Id.isEmpty() && !smallIcon.Field.isEmpty())
+        smallIconField_ = RequireField(rs, smallIcon.Field);
+}
+
+void RecordRow::joinedText(qsizetype position, QString& joined) const
+{
+    joined.clear();
+    bool first = true;
+    for (int field : fields_) {
+        AppendCell(joined, rs_.text(position, field), first);
+        first = false;
+    }
+}
+
+QString RecordRow::image(qsizetype position, const ImageRule& rule, int field) const
+{
+    if (!rule.Id.isEmpty())
+        return rule.Id;
+    if (field < 0)
+        return {};
+    return rs_.text(position, field);
+}
+
+}  // namespace td

@@ -1,0 +1,131 @@
+#pragma once
+#include "controls/DataViewModel.h"
+#include "controls/RecordRow.h"
+#include "controls/ViewFormat.h"
+#include <QList>
+#include <QWidget>
+
+class QTreeView;
+
+namespace td {
+
+class ctlDataView;
+class StatusStrip;
+
+// The rows of a data view as owners walk them, 1-based as everywhere in the console.
+class ListItems {
+public:
+    explicit ListItems(ctlDataView& view) : view_(view) {}
+    int Count() const;
+    QString Text(int index) const;
+    // Text of column n + 1.
+    QString SubItems(int index, int n) const;
+    Bookmark Tag(int index) const;
+    QString Icon(int index) const;
+    QString SmallIcon(int index) const;
+    bool Selected(int index) const;
+    void setSelected(int index, bool selected);
+    void EnsureVisible(int index);
+
+private:
+    ctlDataView& view_;
+};
+
+// A list in report style over the owner's recordset, with a status strip below. Columns come from
+// the format file; a row keeps only its texts, its record's bookmark (Tag) and its images.
+class ctlDataView : public QWidget {
+    Q_OBJECT
+public:
+    explicit ctlDataView(QWidget* parent = nullptr);
+    ~ctlDataView() override;
+
+    // The recordset shown; the owner opens and closes it.
+    Recordset* mrsMain = nullptr;
+    ListItems& MainItems() { return items_; }
+
+    QString IniFile() const { return iniFile_; }
+    void setIniFile(const QString& file) { iniFile_ = file; }
+    int View() const { return view_; }
+    void setView(int view) { view_ = view; }   // report style is the one this list draws
+
+    bool LoadViewFormat();
+    bool SaveViewFormat();
+    bool ClearViewData();
+    bool LoadViewData(int piMaxItem = 0);
+    bool RefreshViewData();
+    void SetViewIcons(const ImageList* icons, const QString& iconId, const QString& iconField);
+    void SetViewSmallIcons(const ImageList* icons, const QString& iconId, const QString& iconField);
+
+    // Selected rows at 1..count in list order; element 0 is 0. Answers the count.
+    int GetViewSelections(QList<int>& selItems) const;
+    int MoveFirst();
+    int MovePrevious();
+    int MoveNext();
+    int MoveLast();
+    int MoveTo(int index);
+    int SelectAll();
+    int DeSelect();
+
+    bool AddViewItem(Bookmark bookmark, int& item);
+    bool SaveViewItem(Bookmark bookmark, int item);
+    bool DeleteViewItem(int item);
+
+    const std::vector<ViewColumn>& Columns() const { return columns_; }
+    bool MultiSelect() const;
+    QTreeView* list() const { return lvwMain_; }
+    DataViewModel* model() const { return model_; }
+    StatusStrip* statusStrip() const { return strip_; }
+
+signals:
+    void Click();
+    void DblClick();
+    void KeyDown(int keyCode, int shift);
+    void KeyUp(int keyCode, int shift);
+    void MouseDown(int button, int shift, int x, int y);
+    void MouseMove(int button, int shift, int x, int y);
+    void MouseUp(int button, int shift, int x, int y);
+    void Resize();
+    void ItemsSelected(const QList<int>& selItems);
+    // A count of -1 means no news: the owner keeps what it shows.
+    void StateChanged(int total, int selected, const QString& message);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    friend class ListItems;
+    Recordset& recordset() const;
+    RecordRow rowReader() const;
+    void appendRecord(const RecordRow& reader, qsizetype position, QString& scratch);
+    bool verifyRows(const RecordRow& reader, std::vector<bool>& seen);
+    void addUnseen(const RecordRow& reader, const std::vector<bool>& seen, int maxItems, bool refreshing);
+    void reportLoadFailure(const std::exception& e);
+    void completeIfShort();
+    void ColumnClick(int column);
+    void ItemClick(const QModelIndex& index);
+    void UpdateViewState();
+    void Move(const QString& tag);
+
+    bool isRowSelected(int row) const;
+    void selectRow(int row, bool selected);
+    void selectOnly(int row, int keepFrom, int keepTo);
+    void showRow(int row);
+
+    QTreeView* lvwMain_ = nullptr;
+    DataViewModel* model_ = nullptr;
+    StatusStrip* strip_ = nullptr;
+    ListItems items_{*this};
+    QString iniFile_;
+    int view_ = 3;
+    std::vector<ViewColumn> columns_;
+    ImageRule icon_, smallIcon_;
+    const ImageList* icons_ = nullptr;
+    const ImageList* smallIcons_ = nullptr;
+    bool sorted_ = false;
+    Qt::SortOrder sortOrder_ = Qt::AscendingOrder;
+    int lastMouseButton_ = 0;
+    bool loading_ = false;
+};
+
+}  // namespace td
