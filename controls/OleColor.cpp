@@ -1,4 +1,6 @@
 #include "controls/OleColor.h"
+#include <cctype>
+#include <cmath>
 
 namespace td {
 
@@ -23,6 +25,29 @@ QColor ColorFromOle(long oleColor, const QPalette& palette)
     default:
         return palette.color(QPalette::Active, QPalette::Window);
     }
+}
+
+}  // namespace td
+
+#include "shell/services/AppError.h"
+
+namespace td {
+
+long OleColorFromText(const QString& text)
+{
+    const QString t = text.trimmed();
+    if (t.startsWith(u"&H", Qt::CaseInsensitive)) {
+        QString digits;
+        for (QChar c : t.mid(2)) {
+            if (!isxdigit(c.unicode() < 128 ? c.toLatin1() : 'x'))
+                break;
+            digits += c;
+        }
+        bool ok = false;
+        const quint32 v = digits.left(8).toUInt(&ok, 16);
+        return ok ? long(qint32(v)) : 0;
+    }
+    return long(qint32(quint32(std::llround(NumericValue(t)) & 0xFFFFFFFFll)));
 }
 
 }  // namespace td

@@ -16,3 +16,8 @@ bool IsSystemColor(long oleColor);
 QColor ColorFromOle(long oleColor, const QPalette& palette);
 
 }  // namespace td
+
+namespace td {
+// A colour number as a format file writes it: decimal, or VB's "&H" hexadecimal; a 32-bit value.
+long OleColorFromText(const QString& text);
+}  // namespace td
