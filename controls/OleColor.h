@@ -6,9 +6,9 @@ namespace td {
 
 // Colours as the format files and the controls' properties give them: 0x00BBGGRR for a fixed colour,
 // or 0x800000nn for the system colour nn.
-constexpr long kSysWindowText = long(0x80000008u);
-constexpr long kSysGrayText = long(0x80000011u);
-constexpr long kSysButtonFace = long(0x8000000Fu);
+constexpr long kSysWindowText = long(qint32(0x80000008u));
+constexpr long kSysGrayText = long(qint32(0x80000011u));
+constexpr long kSysButtonFace = long(qint32(0x8000000Fu));
 constexpr long kPureBlue = 0xFF0000;
 
 bool IsSystemColor(long oleColor);
