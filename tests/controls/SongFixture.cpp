@@ -23,7 +23,7 @@ SongFixture::SongFixture(int rows) : file_(dir_.file(QStringLiteral("song.db")))
 {
     QString sql = QStringLiteral(
         "create table song (id integer primary key autoincrement, title text, singer text, chars integer, "
-        "grade smallint, flag boolean, price double);begin;");
+        "grade smallint, flag boolean, remark text);begin;");
     for (int i = 1; i <= rows; ++i)
         sql += QStringLiteral("insert into song (title, singer, chars, grade, flag) values ('Song %1', 'Singer %2', %3, 0, 0);")
                    .arg(i)

@@ -6,7 +6,7 @@
 
 namespace td::test {
 
-// A song database in a temporary program folder: table song(id, title, singer, chars, grade, flag)
+// A song database in a temporary program folder: table song(id, title, singer, chars, grade, flag, remark)
 // with rows titled "Song 1" ... "Song n". A second connection stands for another console.
 class SongFixture {
 public:
