@@ -44,4 +44,15 @@ QString RecordRow::image(qsizetype position, const ImageRule& rule, int field) c
     return rs_.text(position, field);
 }
 
+qsizetype BookmarkFinder::find(Bookmark key, int direction)
+{
+    const qsizetype guess = last_ + direction;
+    if (last_ != -2 && guess >= 0 && guess < rs_.RecordCount() && rs_.bookmarkAt(guess) == key)
+        return last_ = guess;
+    const qsizetype pos = rs_.positionOf(key);
+    if (pos >= 0)
+        last_ = pos;
+    return pos;
+}
+
 }  // namespace td

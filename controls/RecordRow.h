@@ -33,6 +33,19 @@ private:
     int iconField_ = -1, smallIconField_ = -1;
 };
 
+// Finds records by bookmark, trying first the place next to the last one found: rows of a list
+// mostly stand in recordset order, so a pass over them seldom needs the recordset's key index.
+class BookmarkFinder {
+public:
+    explicit BookmarkFinder(const Recordset& rs) : rs_(rs) {}
+    // 0-based position, or -1 when no record has the bookmark any more.
+    qsizetype find(Bookmark key, int direction);
+
+private:
+    const Recordset& rs_;
+    qsizetype last_ = -2;
+};
+
 // The column of a field, or AppError as the recordset gives it for an unknown name.
 int RequireField(const Recordset& rs, const QString& name);
 

@@ -143,8 +143,9 @@ bool ctlDataView::LoadViewData(int piMaxItem)
         if (n >= 1) {
             const RecordRow reader = rowReader();
             std::vector<bool> seen(static_cast<std::size_t>(n), false);
+            BookmarkFinder finder(rs);
             for (qsizetype r = 0; r < model_->rows().count(); ++r) {
-                const qsizetype pos = rs.positionOf(model_->tag(r));
+                const qsizetype pos = finder.find(model_->tag(r), 1);
                 if (pos >= 0)
                     seen[std::size_t(pos)] = true;
             }
@@ -196,10 +197,11 @@ bool ctlDataView::verifyRows(const RecordRow& reader, std::vector<bool>& seen)
 {
     const qsizetype total = model_->rows().count();
     QString scratch;
+    BookmarkFinder finder(*mrsMain);
     for (qsizetype i = total; i >= 1; --i) {
         const qsizetype row = i - 1;
         try {
-            const qsizetype pos = mrsMain->positionOf(model_->tag(row));
+            const qsizetype pos = finder.find(model_->tag(row), -1);
             if (pos < 0) {
                 model_->removeRow(row);
             } else {
