@@ -131,28 +131,17 @@ void ctlDataView::reportLoadFailure(const std::exception& e)
     MsgError(QStringLiteral("Load data failed! ") + ErrSuffix(e));
 }
 
-bool ctlDataView::LoadViewData(int piMaxItem)
+// Runs a load or refresh pass: none starts while another yields, a failure shows as "Load data
+// failed!", and the strip and the owner's state are brought up to date at the end.
+bool ctlDataView::runPass(const std::function<bool(Recordset&)>& pass)
 {
     if (loading_)
         return false;
     loading_ = true;
     bool ok = true;
+    bool report = true;
     try {
-        Recordset& rs = recordset();
-        const qsizetype n = rs.RecordCount();
-        if (n >= 1) {
-            const RecordRow reader = rowReader();
-            std::vector<bool> seen(static_cast<std::size_t>(n), false);
-            BookmarkFinder finder(rs);
-            for (qsizetype r = 0; r < model_->rows().count(); ++r) {
-                const qsizetype pos = finder.find(model_->tag(r), 1);
-                if (pos >= 0)
-                    seen[std::size_t(pos)] = true;
-            }
-            strip_->StartStatus(QStringLiteral("showing data ..."), 0, n, true);
-            strip_->YieldNow();
-            addUnseen(reader, seen, piMaxItem, false);
-        }
+        report = pass(recordset());
     } catch (const std::exception& e) {
         reportLoadFailure(e);
         ok = false;
@@ -160,8 +149,30 @@ bool ctlDataView::LoadViewData(int piMaxItem)
     model_->publish();
     strip_->EndStatus();
     loading_ = false;
-    UpdateViewState();
+    if (report)
+        UpdateViewState();
     return ok;
+}
+
+bool ctlDataView::LoadViewData(int piMaxItem)
+{
+    return runPass([&](Recordset& rs) {
+        const qsizetype n = rs.RecordCount();
+        if (n < 1)
+            return true;
+        const RecordRow reader = rowReader();
+        std::vector<bool> seen(static_cast<std::size_t>(n), false);
+        BookmarkFinder finder(rs);
+        for (qsizetype r = 0; r < model_->rows().count(); ++r) {
+            const qsizetype pos = finder.find(model_->tag(r), 1);
+            if (pos >= 0)
+                seen[std::size_t(pos)] = true;
+        }
+        strip_->StartStatus(QStringLiteral("showing data ..."), 0, n, true);
+        strip_->YieldNow();
+        addUnseen(reader, seen, piMaxItem, false);
+        return true;
+    });
 }
 
 // Adds a row for each record not seen, in recordset order. The status counts positions in a load
@@ -225,18 +236,12 @@ bool ctlDataView::verifyRows(const RecordRow& reader, std::vector<bool>& seen)
 
 bool ctlDataView::RefreshViewData()
 {
-    if (loading_)
-        return false;
-    loading_ = true;
-    bool ok = true;
-    try {
-        Recordset& rs = recordset();
+    return runPass([&](Recordset& rs) {
         rs.Requery();
         const qsizetype n = rs.RecordCount();
         if (n == 0) {
             model_->clearRows();
-            loading_ = false;
-            return true;
+            return false;   // an emptied list reports no state
         }
         const RecordRow reader = rowReader();
         std::vector<bool> seen(static_cast<std::size_t>(n), false);
@@ -246,15 +251,8 @@ bool ctlDataView::RefreshViewData()
             strip_->StartStatus(QStringLiteral("add records ..."), 0, n, true);
             addUnseen(reader, seen, 0, true);
         }
-    } catch (const std::exception& e) {
-        reportLoadFailure(e);
-        ok = false;
-    }
-    model_->publish();
-    strip_->EndStatus();
-    loading_ = false;
-    UpdateViewState();
-    return ok;
+        return true;
+    });
 }
 
 void ctlDataView::SetViewIcons(const ImageList* icons, const QString& iconId, const QString& iconField)

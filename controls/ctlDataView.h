@@ -4,6 +4,7 @@
 #include "controls/ViewFormat.h"
 #include <QList>
 #include <QWidget>
+#include <functional>
 
 class QTreeView;
 
@@ -101,6 +102,7 @@ private:
     bool verifyRows(const RecordRow& reader, std::vector<bool>& seen);
     void addUnseen(const RecordRow& reader, const std::vector<bool>& seen, int maxItems, bool refreshing);
     void reportLoadFailure(const std::exception& e);
+    bool runPass(const std::function<bool(Recordset&)>& pass);
     void completeIfShort();
     void ColumnClick(int column);
     void ItemClick(const QModelIndex& index);
