@@ -8,6 +8,7 @@
 #include "shell/services/Translate.h"
 #include "songdb/Schema.h"
 #include "songdb/SongStatements.h"
+#include <QDir>
 #include <QRegularExpression>
 #include <QUrl>
 
@@ -147,6 +148,7 @@ QString DatabaseHomePath(const QString& dbType, QString& path, bool write)
     if (!isAddress(path) && path.size() > app.size() && path.left(app.size()).compare(app, Qt::CaseInsensitive) == 0
         && path[app.size()] == u'/')
         stored = u'.' + path.mid(app.size());
+    QDir().mkpath(ParentPath(file));
     IniWrite(file, dbType, QStringLiteral("Local"), stored);
     return stored;
 }
