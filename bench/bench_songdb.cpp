@@ -123,6 +123,14 @@ void line(const QString& name, double value, const char* unit)
     std::fflush(stdout);
 }
 
+// Our time, the tool's time and their ratio.
+void report(const QString& ours, double oursMs, const QString& theirs, double theirsMs)
+{
+    line(ours + QStringLiteral("_ms"), oursMs, "ms");
+    line(theirs + QStringLiteral("_ms"), theirsMs, "ms");
+    line(ours + QStringLiteral("_ratio"), oursMs / theirsMs, "x");
+}
+
 QString songbook(const QString& dataDir, int songs)
 {
     const QString dir = QDir(dataDir).filePath(QStringLiteral("songbook_%1").arg(songs));
@@ -149,18 +157,14 @@ int runAll(const QString& dataDir)
         const double sqlSelect = sqliteMilliseconds(file, QStringLiteral("select * from song"));
         if (open.isEmpty() || sqlSelect < 0)
             return 1;
-        line(QStringLiteral("songdb_open_") + tag + QStringLiteral("_ms"), open[0].toDouble(), "ms");
-        line(QStringLiteral("sqlite3_select_") + tag + QStringLiteral("_ms"), sqlSelect, "ms");
-        line(QStringLiteral("songdb_open_") + tag + QStringLiteral("_ratio"), open[0].toDouble() / sqlSelect, "x");
+        report(QStringLiteral("songdb_open_") + tag, open[0].toDouble(), QStringLiteral("sqlite3_select_") + tag, sqlSelect);
         line(QStringLiteral("songdb_open_") + tag + QStringLiteral("_peak_mb"), open[1].toDouble(), "MB");
 
         const QStringList search = bestRun(self, {QStringLiteral("search"), file});
         const double sqlLike = sqliteMilliseconds(file, QStringLiteral("select * from song where title like '%中%'"));
         if (search.isEmpty() || sqlLike < 0)
             return 1;
-        line(QStringLiteral("songdb_search_zg_") + tag + QStringLiteral("_ms"), search[0].toDouble(), "ms");
-        line(QStringLiteral("sqlite3_like_") + tag + QStringLiteral("_ms"), sqlLike, "ms");
-        line(QStringLiteral("songdb_search_zg_") + tag + QStringLiteral("_ratio"), search[0].toDouble() / sqlLike, "x");
+        report(QStringLiteral("songdb_search_zg_") + tag, search[0].toDouble(), QStringLiteral("sqlite3_like_") + tag, sqlLike);
         line(QStringLiteral("songdb_search_zg_") + tag + QStringLiteral("_items"), search.value(2).toDouble(), "items");
     }
     return status;

@@ -191,7 +191,7 @@ private:
         if (same.contains(lower))
             return name;
         if (lower == u"ucase")
-            return QStringLiteral("upper");
+            return dialect_.upperFunction;
         if (lower == u"lcase")
             return QStringLiteral("lower");
         if (lower == u"len")

@@ -41,31 +41,32 @@ QString ErrorText(const std::exception& e)
     return QString::fromUtf8(e.what());
 }
 
-bool SongOpenRecordset(const QString& sql, std::unique_ptr<Recordset>& rs)
+namespace {
+// Runs one statement; a failure becomes the pending error and the message "<name> failed!".
+template <typename Run>
+bool reported(const char* name, const QString& sql, Run run)
 {
-    rs.reset();
     try {
-        rs = songConnection().openRecordset(sql);
+        run(songConnection());
         SetSongLastError({});
         return true;
     } catch (const std::exception& e) {
         SetSongLastError(ErrorText(e));
-        MsgError(QStringLiteral("SongOpenRecordset failed!") + ErrSuffix(e) + kCrLf + QStringLiteral("SQL=") + sql);
+        MsgError(QString::fromLatin1(name) + QStringLiteral(" failed!") + ErrSuffix(e) + kCrLf + QStringLiteral("SQL=") + sql);
         return false;
     }
+}
+}  // namespace
+
+bool SongOpenRecordset(const QString& sql, std::unique_ptr<Recordset>& rs)
+{
+    rs.reset();
+    return reported("SongOpenRecordset", sql, [&](Connection& c) { rs = c.openRecordset(sql); });
 }
 
 bool SongExecute(const QString& sql)
 {
-    try {
-        songConnection().execute(sql);
-        SetSongLastError({});
-        return true;
-    } catch (const std::exception& e) {
-        SetSongLastError(ErrorText(e));
-        MsgError(QStringLiteral("SongExecute failed!") + ErrSuffix(e) + kCrLf + QStringLiteral("SQL=") + sql);
-        return false;
-    }
+    return reported("SongExecute", sql, [&](Connection& c) { c.execute(sql); });
 }
 
 QString SongReadValue(const QString& section, const QString& key, const QString& def)

@@ -6,7 +6,7 @@
 namespace td {
 namespace {
 
-const SqlDialect kDialect{QStringLiteral("rowid"), QStringLiteral(" COLLATE GB2312")};
+const SqlDialect kDialect{QStringLiteral("rowid"), QStringLiteral(" COLLATE GB2312"), QStringLiteral("upper")};
 
 QString native(const QString& jet) { return TranslateJetSql(jet, kDialect).sql; }
 
