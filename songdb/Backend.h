@@ -1,0 +1,51 @@
+#pragma once
+#include "songdb/RowStore.h"
+#include <QString>
+#include <QVariant>
+#include <memory>
+#include <utility>
+#include <vector>
+
+namespace td {
+
+// How the Jet translation writes what differs between stores.
+struct SqlDialect {
+    QString rowKey;          // expression of a row's stable key in a one-table select ("rowid")
+    QString textCollation;   // suffix that makes a text expression compare in GB2312 order
+    QString upperFunction;   // UCASE
+};
+
+using ColumnValues = std::vector<std::pair<QString, QVariant>>;
+
+// One open database. Every caller reaches it through a Connection, which translates Jet SQL into
+// the native statements this interface takes. Failures throw AppError with the store's error text.
+class Backend {
+public:
+    virtual ~Backend() = default;
+
+    virtual const SqlDialect& dialect() const = 0;
+    virtual bool isOpen() const = 0;
+    virtual void close() = 0;
+    // A source that can only be read (a legacy songbook) refuses every write.
+    virtual bool readOnly() const = 0;
+
+    // Runs a statement with rows. When keyed, its first column is the row key and goes to keys,
+    // not into the store.
+    virtual std::unique_ptr<RowStore> query(const QString& sql, bool keyed, std::vector<qint64>* keys) = 0;
+    // Runs a statement without rows; answers the number of rows it changed.
+    virtual qint64 execute(const QString& sql) = 0;
+    // Creates table in the database file (empty file: this database) with the columns and rows of
+    // the select, as "select ... into table in 'file'" does.
+    virtual void selectInto(const QString& selectSql, const QString& table, const QString& file) = 0;
+
+    // Row writes of a recordset bound to one table, addressed by the row key. update and remove
+    // throw when the row is gone, or when a changed column no longer holds its original value.
+    virtual qint64 insertRow(const QString& table, const ColumnValues& values) = 0;
+    virtual void updateRow(const QString& table, qint64 key, const ColumnValues& values,
+                           const ColumnValues& originals) = 0;
+    virtual void removeRow(const QString& table, qint64 key) = 0;
+    // Reads the named columns of one row into a row of the store (after an insert: generated ids).
+    virtual bool readRow(const QString& table, qint64 key, RowStore& into, qsizetype row) = 0;
+};
+
+}  // namespace td

@@ -1,0 +1,66 @@
+#include "songdb/Connection.h"
+#include "shell/services/AppError.h"
+#include "songdb/JetSql.h"
+#include "songdb/SqliteBackend.h"
+
+namespace td {
+
+Connection::Connection(std::shared_ptr<Backend> backend) : backend_(std::move(backend)) {}
+Connection::~Connection() = default;
+
+namespace {
+AppError closedConnection()
+{
+    return AppError(QStringLiteral("Operation is not allowed when the object is closed."));
+}
+}  // namespace
+
+bool Connection::isOpen() const { return backend_ && backend_->isOpen(); }
+void Connection::close()
+{
+    if (backend_)
+        backend_->close();
+}
+bool Connection::readOnly() const { return backend_ && backend_->readOnly(); }
+
+std::unique_ptr<Recordset> Connection::openRecordset(const QString& jetSql)
+{
+    if (!isOpen())
+        throw closedConnection();
+    const TranslatedStatement st = TranslateJetSql(jetSql, backend_->dialect());
+    if (st.kind != TranslatedStatement::Kind::Rows) {
+        execute(jetSql);   // runs, and like ADO gives no open recordset for a statement without rows
+        throw AppError(QStringLiteral("Operation is not allowed when the object is closed."));
+    }
+    RecordSource source{backend_, jetSql, st.sql, {}, false};
+    if (!st.keyedSql.isEmpty() && !backend_->readOnly()) {
+        source.nativeSql = st.keyedSql;
+        source.baseTable = st.baseTable;
+        source.keyed = true;
+    }
+    std::vector<qint64> keys;
+    auto rows = backend_->query(source.nativeSql, source.keyed, &keys);
+    return std::make_unique<Recordset>(std::move(source), std::move(rows), std::move(keys));
+}
+
+qint64 Connection::execute(const QString& jetSql)
+{
+    if (!isOpen())
+        throw closedConnection();
+    const TranslatedStatement st = TranslateJetSql(jetSql, backend_->dialect());
+    if (st.kind == TranslatedStatement::Kind::SelectInto) {
+        backend_->selectInto(st.sql, st.intoTable, st.intoFile);
+        return 0;
+    }
+    return backend_->execute(st.sql);
+}
+
+std::unique_ptr<Connection> OpenConnection(const QString& location, const OpenOptions& options)
+{
+    if (location.endsWith(QStringLiteral(".mdb"), Qt::CaseInsensitive))
+        throw AppError(QStringLiteral("Reading Access databases (.mdb) is not available in this version."));
+    auto backend = std::make_shared<SqliteBackend>(location, options.busyTimeoutMs, options.readOnly, options.create);
+    return std::make_unique<Connection>(std::move(backend));
+}
+
+}  // namespace td

@@ -1,0 +1,42 @@
+#pragma once
+#include "songdb/Backend.h"
+#include "songdb/Recordset.h"
+#include <QString>
+#include <memory>
+
+namespace td {
+
+// A connection to one database: Jet SQL in, through the translation, to its backend.
+// Every operation throws AppError with the store's or the translation's error text.
+class Connection {
+public:
+    // A connection without a backend is closed: every statement on it fails.
+    explicit Connection(std::shared_ptr<Backend> backend = nullptr);
+    ~Connection();
+
+    bool isOpen() const;
+    void close();
+    bool readOnly() const;
+    Backend& backend() const { return *backend_; }   // only while open
+
+    // Opens a client-side recordset: every row is read before this returns.
+    std::unique_ptr<Recordset> openRecordset(const QString& jetSql);
+    // Runs a statement without rows; answers the number of rows it changed.
+    qint64 execute(const QString& jetSql);
+
+private:
+    std::shared_ptr<Backend> backend_;
+};
+
+// How a database file or address is opened.
+struct OpenOptions {
+    int busyTimeoutMs = 5000;    // how long a writer waits for another connection's lock
+    bool readOnly = false;
+    bool create = false;         // create the file when it does not exist (the admin tool)
+};
+
+// Opens the database at a location: a SQLite file. Throws AppError when the store refuses it
+// (not a database, locked, unreadable); the connection is then not left half open.
+std::unique_ptr<Connection> OpenConnection(const QString& location, const OpenOptions& options = {});
+
+}  // namespace td
