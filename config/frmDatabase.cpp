@@ -3,7 +3,7 @@
 #include "shell/services/Dialogs.h"
 #include "shell/services/Ini.h"
 #include "shell/services/Translate.h"
-#include "songdb/Session.h"
+#include "songdb/SongSession.h"
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QHeaderView>

@@ -4,11 +4,17 @@
 #include "shell/services/AppLog.h"
 #include "shell/services/Dialogs.h"
 #include "shell/services/Translate.h"
-#include "songdb/Session.h"
+#include "songdb/SongSession.h"
 #include <QApplication>
 
 namespace td {
 namespace {
+
+QString& sessionUser()
+{
+    static QString user;
+    return user;
+}
 
 void loginFailed()
 {
@@ -17,6 +23,8 @@ void loginFailed()
 }
 
 }  // namespace
+
+QString SessionUser() { return sessionUser(); }
 
 bool RunDatabaseDialog()
 {
@@ -27,10 +35,10 @@ bool RunDatabaseDialog()
 
 bool DatabaseLogin()
 {
-    SetSessionUser(QString());
+    sessionUser().clear();
     for (;;) {
         if (SongOpenDatabase()) {
-            SetSessionUser(QStringLiteral("admin"));
+            sessionUser() = QStringLiteral("admin");
             return true;
         }
         // The open has shown its own message; the dialog comes after it.
@@ -97,6 +105,7 @@ void AppTerminate()
             w->close();
     }
     AppLogEvent(QStringLiteral("Application Terminated"));
+    QCoreApplication::quit();
 }
 
 int Main(int argc, char** argv)

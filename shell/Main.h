@@ -1,4 +1,5 @@
 #pragma once
+#include <QString>
 
 namespace td {
 
@@ -9,6 +10,12 @@ void ShowMainWindow();
 void ChangeDatabase();
 void CloseAllWindows();
 void AppTerminate();
+
+// "admin" while a database is open in the running session, empty otherwise.
+QString SessionUser();
+
+// Registers the working windows with the frame, so menus can open them by name.
+void RegisterWindows();
 
 // The database dialog, shown modally; answers its Ok. Tests and tools may replace how it is shown.
 bool RunDatabaseDialog();

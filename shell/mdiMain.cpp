@@ -6,7 +6,7 @@
 #include "shell/services/Dialogs.h"
 #include "shell/services/Shell.h"
 #include "shell/services/Translate.h"
-#include "songdb/Session.h"
+#include "songdb/SongSession.h"
 #include <QAction>
 #include <QCloseEvent>
 #include <QDateTime>

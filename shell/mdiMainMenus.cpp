@@ -1,3 +1,4 @@
+#include "shell/CommandTarget.h"
 #include "shell/Main.h"
 #include "shell/mdiMain.h"
 #include "shell/services/Dialogs.h"

@@ -138,7 +138,8 @@ int main(int argc, char** argv)
     QCoreApplication app(argc, argv);
     QStringList args = app.arguments().mid(1);
     const QString command = args.value(0);
-    args.removeFirst();
+    if (!args.isEmpty())
+        args.removeFirst();
     try {
         if (command == u"create")
             return create(args);
@@ -150,7 +151,9 @@ int main(int argc, char** argv)
             return search(args);
         throw Failure{command.isEmpty() ? QStringLiteral("no command") : QStringLiteral("unknown command ") + command};
     } catch (const Failure& f) {
-        std::fprintf(stderr, "tunedesk-admin: %s\n%s", f.text.toLocal8Bit().constData(), kUsage);
+        std::fprintf(stderr, "tunedesk-admin: %s\n", f.text.toLocal8Bit().constData());
+        if (command.isEmpty())
+            std::fputs(kUsage, stderr);
     } catch (const std::exception& e) {
         std::fprintf(stderr, "tunedesk-admin: %s\n", ErrorText(e).toLocal8Bit().constData());
     }
