@@ -66,6 +66,9 @@ mdiMain::mdiMain(QWidget* parent) : QMainWindow(parent)
 
 mdiMain::~mdiMain()
 {
+    // Children go first, while the menus they report their going to still exist.
+    delete area_;
+    area_ = nullptr;
     if (theFrame() == this)
         theFrame() = nullptr;
 }
