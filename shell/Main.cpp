@@ -1,22 +1,131 @@
 #include "shell/Main.h"
+#include "config/frmDatabase.h"
+#include "shell/mdiMain.h"
 #include "shell/services/AppLog.h"
 #include "shell/services/Dialogs.h"
 #include "shell/services/Translate.h"
+#include "songdb/SongSession.h"
 #include <QApplication>
 
 namespace td {
+namespace {
+
+QString& sessionUser()
+{
+    static QString user;
+    return user;
+}
+
+void loginFailed()
+{
+    MsgError(TranslateText(QStringLiteral("Login failed")));
+    AppTerminate();
+}
+
+}  // namespace
+
+QString SessionUser() { return sessionUser(); }
+
+bool RunDatabaseDialog()
+{
+    frmDatabase dialog(DialogOwner());
+    dialog.exec();
+    return dialog.Ok;
+}
+
+bool DatabaseLogin()
+{
+    sessionUser().clear();
+    for (;;) {
+        if (SongOpenDatabase()) {
+            sessionUser() = QStringLiteral("admin");
+            return true;
+        }
+        // The open has shown its own message; the dialog comes after it.
+        if (!RunDatabaseDialog())
+            return false;
+    }
+}
+
+void ShowMainWindow()
+{
+    mdiMain* frame = MainFrame();
+    if (!frame)
+        frame = new mdiMain;
+    SetDialogOwner(frame);
+    frame->show();
+    frame->ShowWindow(QStringLiteral("frmSong"));
+}
+
+void ChangeDatabase()
+{
+    try {
+        if (!RunDatabaseDialog())
+            return;   // the running session goes on untouched
+        CloseAllWindows();
+        if (!DatabaseLogin()) {
+            loginFailed();
+            return;
+        }
+        ShowMainWindow();
+    } catch (const std::exception&) {
+        // The change is left; the session stands as it is.
+    }
+}
+
+void CloseAllWindows()
+{
+    SongCloseDatabase();
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    for (auto it = windows.rbegin(); it != windows.rend(); ++it) {
+        QWidget* w = *it;
+        if (w->objectName() == QLatin1String("mdiMain")) {
+            // The frame stays loaded with its menus and toolbar; its children go.
+            auto* frame = static_cast<mdiMain*>(w);
+            const auto children = frame->children();
+            for (auto c = children.rbegin(); c != children.rend(); ++c)
+                (*c)->close();
+            frame->hide();
+        } else if (w->objectName() != QLatin1String("frmLogin") && w->isVisible()) {
+            w->close();
+        }
+    }
+}
+
+void AppTerminate()
+{
+    SongCloseDatabase();
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    for (auto it = windows.rbegin(); it != windows.rend(); ++it) {
+        QWidget* w = *it;
+        auto* frame = qobject_cast<mdiMain*>(w);
+        if (frame && frame->unloading())
+            continue;   // already going
+        if (w->isVisible() || frame)
+            w->close();
+    }
+    AppLogEvent(QStringLiteral("Application Terminated"));
+    QCoreApplication::quit();
+}
 
 int Main(int argc, char** argv)
 {
     QApplication app(argc, argv);
     QApplication::setApplicationName(AppTitle());
+    QApplication::setQuitOnLastWindowClosed(false);
+    RegisterWindows();
     AppLogSystemInfo();
     AppLogEvent(QStringLiteral("Application Started. Version=") + AppVersion());
-    // The song database and the main window are not part of this build yet: say so and end in order.
-    MsgInfo(TranslateText(QStringLiteral("Tunedesk ")) + AppVersion() + QStringLiteral("\n\n") +
-            TranslateText(QStringLiteral("The song database and the main window are not available in this build yet.")));
-    AppLogEvent(QStringLiteral("Application Terminated"));
-    return 0;
+    if (!DatabaseLogin()) {
+        loginFailed();
+        return 0;
+    }
+    ShowMainWindow();
+    QObject::connect(&app, &QApplication::lastWindowClosed, &app, [] {
+        if (!MainFrame() || MainFrame()->unloading())
+            QApplication::quit();
+    });
+    return app.exec();
 }
 
 }  // namespace td

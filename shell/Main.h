@@ -1,8 +1,23 @@
 #pragma once
+#include <QString>
 
 namespace td {
 
-// The process entry of the console.
+// The life of a run: start, the database login loop, the main window, a change of database, the end.
 int Main(int argc, char** argv);
+bool DatabaseLogin();
+void ShowMainWindow();
+void ChangeDatabase();
+void CloseAllWindows();
+void AppTerminate();
+
+// "admin" while a database is open in the running session, empty otherwise.
+QString SessionUser();
+
+// Registers the working windows with the frame, so menus can open them by name.
+void RegisterWindows();
+
+// The database dialog, shown modally; answers its Ok. Tests and tools may replace how it is shown.
+bool RunDatabaseDialog();
 
 }  // namespace td

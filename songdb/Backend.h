@@ -12,6 +12,7 @@ namespace td {
 struct SqlDialect {
     QString rowKey;          // expression of a row's stable key in a one-table select ("rowid")
     QString textCollation;   // suffix that makes a text expression compare in GB2312 order
+    QString upperFunction;   // UCASE
 };
 
 using ColumnValues = std::vector<std::pair<QString, QVariant>>;

@@ -8,16 +8,25 @@ namespace td {
 Connection::Connection(std::shared_ptr<Backend> backend) : backend_(std::move(backend)) {}
 Connection::~Connection() = default;
 
+namespace {
+AppError closedConnection()
+{
+    return AppError(QStringLiteral("Operation is not allowed when the object is closed."));
+}
+}  // namespace
+
 bool Connection::isOpen() const { return backend_ && backend_->isOpen(); }
 void Connection::close()
 {
     if (backend_)
         backend_->close();
 }
-bool Connection::readOnly() const { return backend_->readOnly(); }
+bool Connection::readOnly() const { return backend_ && backend_->readOnly(); }
 
 std::unique_ptr<Recordset> Connection::openRecordset(const QString& jetSql)
 {
+    if (!isOpen())
+        throw closedConnection();
     const TranslatedStatement st = TranslateJetSql(jetSql, backend_->dialect());
     if (st.kind != TranslatedStatement::Kind::Rows) {
         execute(jetSql);   // runs, and like ADO gives no open recordset for a statement without rows
@@ -36,6 +45,8 @@ std::unique_ptr<Recordset> Connection::openRecordset(const QString& jetSql)
 
 qint64 Connection::execute(const QString& jetSql)
 {
+    if (!isOpen())
+        throw closedConnection();
     const TranslatedStatement st = TranslateJetSql(jetSql, backend_->dialect());
     if (st.kind == TranslatedStatement::Kind::SelectInto) {
         backend_->selectInto(st.sql, st.intoTable, st.intoFile);
@@ -46,6 +57,8 @@ qint64 Connection::execute(const QString& jetSql)
 
 std::unique_ptr<Connection> OpenConnection(const QString& location, const OpenOptions& options)
 {
+    if (location.endsWith(QStringLiteral(".mdb"), Qt::CaseInsensitive))
+        throw AppError(QStringLiteral("Reading Access databases (.mdb) is not available in this version."));
     auto backend = std::make_shared<SqliteBackend>(location, options.busyTimeoutMs, options.readOnly, options.create);
     return std::make_unique<Connection>(std::move(backend));
 }

@@ -10,13 +10,14 @@ namespace td {
 // Every operation throws AppError with the store's or the translation's error text.
 class Connection {
 public:
-    explicit Connection(std::shared_ptr<Backend> backend);
+    // A connection without a backend is closed: every statement on it fails.
+    explicit Connection(std::shared_ptr<Backend> backend = nullptr);
     ~Connection();
 
     bool isOpen() const;
     void close();
     bool readOnly() const;
-    Backend& backend() const { return *backend_; }
+    Backend& backend() const { return *backend_; }   // only while open
 
     // Opens a client-side recordset: every row is read before this returns.
     std::unique_ptr<Recordset> openRecordset(const QString& jetSql);

@@ -65,7 +65,7 @@ public:
             takeSelectInto(st);
         }
         if (first == u"delete" && sigText(1) == u"*")
-            out_[std::size_t(sig_[1])].clear();
+            drop(1);
         st.sql = joined() + limit;
         if (st.kind == TranslatedStatement::Kind::Rows) {
             st.baseTable = singleTable();
@@ -173,6 +173,14 @@ private:
     }
 
     QString& outAt(int s) { return out_[std::size_t(sig_[std::size_t(s)])]; }
+    // Removes a token together with the white space behind it.
+    void drop(int s)
+    {
+        const auto t = std::size_t(sig_[std::size_t(s)]);
+        out_[t].clear();
+        if (t + 1 < tokens_.size() && tokens_[t + 1].kind == TokenKind::Space)
+            out_[t + 1].clear();
+    }
 
     // Jet functions in their native form; a text piece compares in GB2312 order like a column.
     QString renderCall(int s, const QString& name)
@@ -183,26 +191,26 @@ private:
         if (same.contains(lower))
             return name;
         if (lower == u"ucase")
-            return QStringLiteral("upper");
+            return dialect_.upperFunction;
         if (lower == u"lcase")
             return QStringLiteral("lower");
         if (lower == u"len")
             return QStringLiteral("length");
         if (lower == u"mid" || lower == u"left") {
             const int close = closingParen(s + 1);
-            outAt(close) += dialect_.textCollation;
+            pendingAfter_[close] += dialect_.textCollation;
             if (lower == u"left") {
                 const int comma = firstArgComma(s + 1);
                 if (comma < 0)
                     throw AppError(QStringLiteral("Wrong number of arguments used with function Left."));
-                pendingAfter_[comma] = QStringLiteral(" 1,");
+                pendingAfter_[comma] += QStringLiteral(" 1,");
             }
             return QStringLiteral("substr");
         }
         if (lower == u"now" || lower == u"date") {
             if (sigText(s + 2) != u")")
                 throw unsupported(name + QStringLiteral("() with arguments"));
-            pendingAfter_[s + 1] = QStringLiteral("'now','localtime'");
+            pendingAfter_[s + 1] += QStringLiteral("'now','localtime'");
             return lower == u"now" ? QStringLiteral("datetime") : QStringLiteral("date");
         }
         throw unsupported(QStringLiteral("function ") + name + QStringLiteral("()"));
@@ -220,9 +228,9 @@ private:
             throw unsupported(QStringLiteral("TOP without a number"));
         if (sigLower(s + 2) == u"percent")
             throw unsupported(QStringLiteral("TOP ... PERCENT"));
-        outAt(s).clear();
+        drop(s);
         const QString n = sigText(s + 1);
-        outAt(s + 1).clear();
+        drop(s + 1);
         return QStringLiteral(" LIMIT ") + n;
     }
 
@@ -248,14 +256,14 @@ private:
                 throw AppError(QStringLiteral("Missing table name after INTO."));
             st.kind = TranslatedStatement::Kind::SelectInto;
             st.intoTable = sigText(s + 1);
-            outAt(s).clear();
-            outAt(s + 1).clear();
+            drop(s);
+            drop(s + 1);
             if (sigLower(s + 2) == u"in") {
                 if (s + 3 >= sigCount() || sigTok(s + 3).kind != TokenKind::String)
                     throw unsupported(QStringLiteral("IN without a database file name"));
                 st.intoFile = sigText(s + 3);
-                outAt(s + 2).clear();
-                outAt(s + 3).clear();
+                drop(s + 2);
+                drop(s + 3);
             }
             return;
         }

@@ -254,6 +254,13 @@ const ColumnInfo& Recordset::Column(int index) const
 
 QVariant Recordset::fieldValue(int c) const
 {
+    // Reading a field ends a piecewise read: the next GetChunk starts at the beginning again.
+    std::fill(chunkRead_.begin(), chunkRead_.end(), 0);
+    return currentValue(c);
+}
+
+QVariant Recordset::currentValue(int c) const
+{
     if (editMode_ != EditMode::None && pending_[std::size_t(c)])
         return *pending_[std::size_t(c)];
     if (editMode_ == EditMode::Add)
@@ -289,7 +296,7 @@ void Recordset::setFieldValue(int c, const QVariant& v)
 
 QByteArray Recordset::fieldChunk(int c, qsizetype size)
 {
-    const QVariant v = fieldValue(c);
+    const QVariant v = currentValue(c);
     const QByteArray all = v.typeId() == QMetaType::QByteArray ? v.toByteArray() : v.toString().toUtf8();
     qsizetype& offset = chunkRead_[std::size_t(c)];
     const QByteArray part = all.mid(offset, std::max<qsizetype>(0, size));

@@ -119,6 +119,7 @@ private:
     friend class Field;
     qsizetype requireCurrent() const;      // physical row of the current record
     QVariant fieldValue(int c) const;
+    QVariant currentValue(int c) const;
     bool fieldIsNull(int c) const;
     void setFieldValue(int c, const QVariant& v);
     void beginEdit();
@@ -141,7 +142,7 @@ private:
 
     EditMode editMode_ = EditMode::None;
     std::vector<std::optional<QVariant>> pending_;   // edited values per column
-    std::vector<qsizetype> chunkRead_;               // GetChunk offsets per column
+    mutable std::vector<qsizetype> chunkRead_;              // GetChunk offsets per column
     mutable std::unordered_map<Bookmark, std::uint32_t> keyIndex_;   // key to physical row, built on demand
 };
 

@@ -2,6 +2,7 @@
 #include "shell/services/AppError.h"
 #include "songdb/AdoTypes.h"
 #include "songdb/Gb2312Order.h"
+#include "songdb/SqliteFunctions.h"
 #include "songdb/SqliteStatement.h"
 #include <QFileInfo>
 #include <QStringList>
@@ -92,6 +93,7 @@ SqliteBackend::SqliteBackend(const QString& file, int busyTimeoutMs, bool readOn
     sqlite3_extended_result_codes(db, 0);
     sqlite3_busy_timeout(db, busyTimeoutMs);
     RegisterGb2312Collation(db);
+    RegisterJetFunctions(db);
     // Opening is lazy: reading the schema finds a file that is no database, or one that is locked.
     const int check = sqlite3_exec(db, "SELECT count(*) FROM sqlite_master", nullptr, nullptr, nullptr);
     if (check != SQLITE_OK) {
@@ -109,7 +111,7 @@ SqliteBackend::~SqliteBackend()
 
 const SqlDialect& SqliteBackend::dialect() const
 {
-    static const SqlDialect d{QStringLiteral("rowid"), QStringLiteral(" COLLATE GB2312")};
+    static const SqlDialect d{QStringLiteral("rowid"), QStringLiteral(" COLLATE GB2312"), QStringLiteral("td_ucase")};
     return d;
 }
 

@@ -72,6 +72,12 @@ void SqliteStatement::bind(int index, const QVariant& value)
         throw AppError(SqliteError(db_));
 }
 
+void SqliteStatement::reset()
+{
+    sqlite3_reset(stmt_);
+    sqlite3_clear_bindings(stmt_);
+}
+
 bool SqliteStatement::step()
 {
     const int rc = sqlite3_step(stmt_);

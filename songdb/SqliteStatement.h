@@ -19,6 +19,7 @@ public:
     sqlite3_stmt* get() const { return stmt_; }
     void bind(int index, const QVariant& value);   // 1-based
     bool step();                                     // true while a row is ready
+    void reset();                                    // ready to run again with new bindings
 
 private:
     sqlite3* db_;

@@ -1,0 +1,296 @@
+#include "shell/mdiMain.h"
+#include "shell/AboutBox.h"
+#include "shell/CommandTarget.h"
+#include "shell/Main.h"
+#include "shell/services/AppPaths.h"
+#include "shell/services/Dialogs.h"
+#include "shell/services/Shell.h"
+#include "shell/services/Translate.h"
+#include "songdb/SongSession.h"
+#include <QAction>
+#include <QCloseEvent>
+#include <QDateTime>
+#include <QLabel>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPointer>
+#include <QStatusBar>
+#include <QStyle>
+#include <QTimer>
+#include <QToolBar>
+
+namespace td {
+namespace {
+
+QHash<QString, mdiMain::WindowFactory>& factories()
+{
+    static QHash<QString, mdiMain::WindowFactory> f;
+    return f;
+}
+
+QPointer<mdiMain>& theFrame()
+{
+    static QPointer<mdiMain> frame;
+    return frame;
+}
+
+const QStringList kPaneKeys = {QStringLiteral("total"), QStringLiteral("selected"), QStringLiteral("log"),
+                               QStringLiteral("date"), QStringLiteral("time")};
+
+}  // namespace
+
+mdiMain* MainFrame() { return theFrame().data(); }
+
+void mdiMain::registerWindow(const QString& name, WindowFactory factory) { factories().insert(name, std::move(factory)); }
+bool mdiMain::isRegistered(const QString& name) { return factories().contains(name); }
+
+mdiMain::mdiMain(QWidget* parent) : QMainWindow(parent)
+{
+    setObjectName(QStringLiteral("mdiMain"));
+    setWindowTitle(QStringLiteral("Tunedesk"));
+    theFrame() = this;
+    area_ = new QMdiArea(this);
+    area_->setObjectName(QStringLiteral("mdiArea"));
+    area_->setViewMode(QMdiArea::SubWindowView);
+    setCentralWidget(area_);
+    buildMenus();
+    buildToolbar();
+    buildStatusBar();
+    // The songbook and singer menus appear only while their windows are open.
+    for (const char* m : {"mnuSong", "mnuMedia", "mnuSinger"})
+        menus_.value(QString::fromLatin1(m))->menuAction()->setVisible(false);
+    resize(1200, 800);
+}
+
+mdiMain::~mdiMain()
+{
+    // Children go first, while the menus they report their going to still exist.
+    delete area_;
+    area_ = nullptr;
+    if (theFrame() == this)
+        theFrame() = nullptr;
+}
+
+void mdiMain::buildStatusBar()
+{
+    auto* bar = new QStatusBar(this);
+    bar->setObjectName(QStringLiteral("staMain"));
+    setStatusBar(bar);
+    for (const QString& key : kPaneKeys) {
+        auto* label = new QLabel(this);
+        label->setObjectName(QStringLiteral("staMain_") + key);
+        label->setFrameShape(QFrame::StyledPanel);
+        label->setMinimumWidth(key == QLatin1String("log") ? 260 : 110);
+        label->setContentsMargins(4, 0, 4, 0);
+        if (key == QLatin1String("log"))
+            bar->addWidget(label, 1);
+        else
+            bar->addPermanentWidget(label);
+        panes_.insert(key, label);
+    }
+    // total and selected stand at the left, before the log.
+    bar->insertWidget(0, panes_.value(QStringLiteral("total")));
+    bar->insertWidget(1, panes_.value(QStringLiteral("selected")));
+    auto* clock = new QTimer(this);
+    connect(clock, &QTimer::timeout, this, &mdiMain::updateClock);
+    clock->start(1000);
+    updateClock();
+}
+
+void mdiMain::updateClock()
+{
+    const QDateTime now = QDateTime::currentDateTime();
+    setPane(QStringLiteral("date"), QLocale::system().toString(now.date(), QLocale::ShortFormat));
+    setPane(QStringLiteral("time"), now.time().toString(QStringLiteral("HH:mm:ss")));
+}
+
+void mdiMain::setPane(const QString& key, const QString& text)
+{
+    if (QLabel* l = panes_.value(key))
+        l->setText(text);
+}
+
+QString mdiMain::pane(const QString& key) const
+{
+    QLabel* l = panes_.value(key);
+    return l ? l->text() : QString();
+}
+
+QAction* mdiMain::menuAction(const QString& name) const { return actions_.value(name); }
+QMenu* mdiMain::menu(const QString& name) const { return menus_.value(name); }
+
+void mdiMain::buildToolbar()
+{
+    struct Button {
+        const char *key, *caption, *menuEntry;
+        QStyle::StandardPixmap icon;
+    };
+    static const Button buttons[] = {
+        {"login", "Login ...", "mnuLogin", QStyle::SP_DialogApplyButton},
+        {"library", "Library ...", "mnuManaLib", QStyle::SP_DirHomeIcon},
+        {"copydisc", "Copy media files from disc to library ...", "mnuToolCopy", QStyle::SP_DriveCDIcon},
+        {"print", "Print songbook ...", "mnuToolPrint", QStyle::SP_FileDialogDetailedView},
+        {"database", "Database ...", "mnuConfData", QStyle::SP_DriveHDIcon},
+        {"options", "Options ...", "mnuConfOptions", QStyle::SP_FileDialogContentsView},
+        {"help", "Help", "mnuHelpCont", QStyle::SP_DialogHelpButton},
+        {"about", "About", "mnuAbout", QStyle::SP_MessageBoxInformation},
+    };
+    tlbDefault_ = addToolBar(QStringLiteral("tlbDefault"));
+    tlbDefault_->setObjectName(QStringLiteral("tlbDefault"));
+    tlbDefault_->setToolButtonStyle(Qt::ToolButtonIconOnly);
+    tlbDefault_->setIconSize(QSize(24, 24));
+    int index = 1;
+    for (const Button& b : buttons) {
+        const QString key = QString::fromLatin1(b.key);
+        QAction* a = tlbDefault_->addAction(style()->standardIcon(b.icon), QString::fromLatin1(b.caption));
+        a->setObjectName(QStringLiteral("tlbDefault(%1)").arg(index++));
+        a->setData(key);
+        a->setToolTip(QString::fromLatin1(b.caption));
+        toolbarMenu_.insert(key, QString::fromLatin1(b.menuEntry));
+        connect(a, &QAction::triggered, this, [this, key] { toolbarClick(key); });
+    }
+}
+
+void mdiMain::toolbarClick(const QString& key)
+{
+    // Button and menu entry are one action.
+    if (QAction* entry = actions_.value(toolbarMenu_.value(key)))
+        entry->trigger();
+}
+
+bool mdiMain::guard()
+{
+    if (SongDatabaseOpen())
+        return true;
+    MsgInfo(TranslateText(QStringLiteral("Please login first")));
+    return false;
+}
+
+void mdiMain::guarded(const QString& window)
+{
+    if (guard())
+        ShowWindow(window);
+}
+
+QWidget* mdiMain::child(const QString& name) const
+{
+    for (QMdiSubWindow* sub : area_->subWindowList())
+        if (sub->widget() && sub->widget()->objectName() == name)
+            return sub->widget();
+    return nullptr;
+}
+
+QList<QWidget*> mdiMain::children() const
+{
+    QList<QWidget*> out;
+    for (QMdiSubWindow* sub : area_->subWindowList())
+        if (sub->widget())
+            out << sub->widget();
+    return out;
+}
+
+QWidget* mdiMain::ShowWindow(const QString& name)
+{
+    if (QWidget* w = child(name)) {
+        area_->setActiveSubWindow(qobject_cast<QMdiSubWindow*>(w->parentWidget()));
+        w->setFocus();
+        return w;
+    }
+    const auto factory = factories().value(name);
+    if (!factory) {
+        MsgInfo(TranslateText(QStringLiteral("This window is not available in this version yet.")));
+        return nullptr;
+    }
+    QWidget* w = factory(this);
+    if (!w)
+        return nullptr;
+    w->setObjectName(name);
+    w->setAttribute(Qt::WA_DeleteOnClose);
+    QMdiSubWindow* sub = area_->addSubWindow(w);
+    sub->setAttribute(Qt::WA_DeleteOnClose);
+    connect(w, &QObject::destroyed, this, [this, name] { childGone(name); });
+    childShown(w);
+    if (sub->size().width() < 400)
+        sub->resize(area_->size() * 0.9);
+    sub->showMaximized();
+    w->setFocus();
+    return w;
+}
+
+void mdiMain::childShown(QWidget* w)
+{
+    if (w->objectName() == QLatin1String("frmSong"))
+        menus_.value(QStringLiteral("mnuSong"))->menuAction()->setVisible(true);
+    if (w->objectName() == QLatin1String("frmSinger"))
+        menus_.value(QStringLiteral("mnuSinger"))->menuAction()->setVisible(true);
+}
+
+void mdiMain::childGone(const QString& name)
+{
+    if (name == QLatin1String("frmSong"))
+        menus_.value(QStringLiteral("mnuSong"))->menuAction()->setVisible(false);
+    if (name == QLatin1String("frmSinger"))
+        menus_.value(QStringLiteral("mnuSinger"))->menuAction()->setVisible(false);
+}
+
+CommandTarget* mdiMain::target(const QString& window)
+{
+    // A command to a child window loads that window if needed.
+    QWidget* w = child(window);
+    if (!w)
+        w = ShowWindow(window);
+    return dynamic_cast<CommandTarget*>(w);
+}
+
+void mdiMain::songCommand(const QString& keyword)
+{
+    if (CommandTarget* t = target(QStringLiteral("frmSong")))
+        t->ExecuteCommand(keyword);
+}
+
+void mdiMain::songPlay(const QString& action)
+{
+    if (CommandTarget* t = target(QStringLiteral("frmSong")))
+        t->PlaySong(QStringLiteral("songbook"), action);
+}
+
+void mdiMain::singerCommand(const QString& keyword)
+{
+    if (CommandTarget* t = target(QStringLiteral("frmSinger")))
+        t->ExecuteCommand(keyword);
+}
+
+void mdiMain::fillWindowMenu()
+{
+    QMenu* m = menus_.value(QStringLiteral("mnuWindow"));
+    m->clear();
+    const auto subs = area_->subWindowList();
+    for (QMdiSubWindow* sub : subs) {
+        QAction* a = m->addAction(sub->windowTitle());
+        a->setCheckable(true);
+        a->setChecked(sub == area_->activeSubWindow());
+        connect(a, &QAction::triggered, this, [this, sub] { area_->setActiveSubWindow(sub); });
+    }
+}
+
+void mdiMain::openUserGuide() { OpenInternetShortcut(AppPath() + QStringLiteral("/userguide_home.htm")); }
+
+void mdiMain::showAbout()
+{
+    AboutBox box(this);
+    box.exec();
+}
+
+void mdiMain::closeEvent(QCloseEvent* event)
+{
+    // Whatever closes the frame ends the program.
+    if (!unloading_) {
+        unloading_ = true;
+        AppTerminate();
+    }
+    event->accept();
+}
+
+}  // namespace td

@@ -1,0 +1,21 @@
+#pragma once
+#include "shell/services/TextArray.h"
+#include "songdb/Recordset.h"
+#include <QString>
+#include <memory>
+
+namespace td {
+
+// "select <fields> from <table> [where <where>] [order by <order>]" through SongOpenRecordset.
+// Fields "*" or empty select all; a where of "all" or empty selects every row.
+bool SongGetRecordset(const QString& fields, const QString& table, const QString& where, const QString& order,
+                      std::unique_ptr<Recordset>& rs);
+// The distinct non-NULL values of a field, sorted, as a text array from 1.
+bool SongGetNamesFromField(const QString& table, const QString& field, const QString& where, TextArray& names);
+
+// Writes the photograph of the current row (image, image_len bytes of it) to a file.
+bool LoadImageField(Recordset* rs, const QString& path);
+// Puts a file into image and image_len of the current row being edited or added, and updates it.
+bool SaveImageField(Recordset* rs, const QString& path);
+
+}  // namespace td

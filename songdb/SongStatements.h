@@ -1,0 +1,23 @@
+#pragma once
+#include "songdb/Recordset.h"
+#include <QString>
+#include <exception>
+#include <memory>
+
+namespace td {
+
+// The two lowest operations on the song database and the configuration store on top of them.
+// Failures show one critical message and answer false (or the default); none of them throws.
+bool SongOpenRecordset(const QString& sql, std::unique_ptr<Recordset>& rs);
+bool SongExecute(const QString& sql);
+QString SongReadValue(const QString& section, const QString& key, const QString& def);
+bool SongWriteValue(const QString& section, const QString& key, const QString& value);
+
+// The description of the last failure of a song database operation (the pending error that the
+// next message shows after " Err="); empty when the last operation succeeded.
+QString SongLastError();
+void SetSongLastError(const QString& description);
+// The description of an error caught from the store.
+QString ErrorText(const std::exception& e);
+
+}  // namespace td

@@ -1,0 +1,29 @@
+#include "SongFile.h"
+#include "songdb/Schema.h"
+
+namespace td::test {
+
+SongFile::SongFile(const QString& language) : path_(dir_.filePath(QStringLiteral("song.db")))
+{
+    CreateSongDatabase(path_, language);
+    db_ = OpenConnection(path_);
+}
+
+std::unique_ptr<Connection> SongFile::second() const
+{
+    return OpenConnection(path_);
+}
+
+qint64 SongFile::addSong(const QString& title, const QString& singer, int index, const QString& language)
+{
+    auto rs = db_->openRecordset(QStringLiteral("select * from song where id=-1"));
+    rs->AddNew();
+    rs->Fields(QStringLiteral("title")).setValue(title);
+    rs->Fields(QStringLiteral("singer")).setValue(singer);
+    rs->Fields(QStringLiteral("index")).setValue(index);
+    rs->Fields(QStringLiteral("language")).setValue(language);
+    rs->Update();
+    return rs->Fields(QStringLiteral("id")).Value().toLongLong();
+}
+
+}  // namespace td::test

@@ -1,0 +1,175 @@
+#include "QtPrint.h"
+#include "SessionFixture.h"
+#include "shell/services/AppPaths.h"
+#include "songdb/RecordAccess.h"
+#include "songdb/SongStatements.h"
+#include <QDir>
+#include <QFile>
+#include <cmath>
+
+namespace td {
+namespace {
+
+using test::SessionFixture;
+
+QString eventLog(const test::TempAppDir& app)
+{
+    QFile f(app.file(QStringLiteral("event.log")));
+    return f.open(QIODevice::ReadOnly) ? QString::fromUtf8(f.readAll()) : QString();
+}
+
+class OpenDatabase : public SessionFixture {};
+
+TEST_F(OpenDatabase, ValidDatabaseOpensWithoutQuestions)
+{
+    EXPECT_TRUE(SongOpenDatabase());
+    EXPECT_TRUE(SongDatabaseOpen());
+    EXPECT_EQ(SongDatabaseFile(), file.path());
+    EXPECT_TRUE(dialogs.messages().isEmpty());
+    EXPECT_TRUE(eventLog(app).contains(QStringLiteral("Open access database ok! File=") + file.path()));
+}
+
+TEST_F(OpenDatabase, MissingHomeOrFileIsReported)
+{
+    QFile::remove(app.file(QStringLiteral("KtvPublic/database_home.ini")));
+    EXPECT_FALSE(SongOpenDatabase());
+    pointAt(file.dir());   // a directory is no database file
+    EXPECT_FALSE(SongOpenDatabase());
+    EXPECT_EQ(dialogs.messages(), (QStringList{QStringLiteral("Did not set song database file yet!"),
+                                               QStringLiteral("Can not find song database file! <") + file.dir() + u'>'}));
+    EXPECT_FALSE(SongDatabaseOpen());
+}
+
+TEST_F(OpenDatabase, FileThatIsNoDatabaseFailsWithStoreText)
+{
+    const QString junk = app.write(QStringLiteral("junk.db"), QByteArray(4096, 'x'));
+    pointAt(junk);
+    EXPECT_FALSE(SongOpenDatabase());
+    EXPECT_EQ(dialogs.messages(), QStringList{QStringLiteral("Open song database failed!  Err=file is not a database")});
+    EXPECT_TRUE(eventLog(app).contains(QStringLiteral("Open song database failed! Err = file is not a database")));
+    EXPECT_FALSE(SongDatabaseOpen());
+    EXPECT_EQ(SongConnection(), nullptr);
+}
+
+struct QuestionCase {
+    const char* format;
+    const char* version;
+    std::vector<MsgAnswer> answers;
+    int questions;
+    bool opened;
+};
+
+class FormatAndVersion : public SessionFixture, public ::testing::WithParamInterface<QuestionCase> {};
+
+TEST_P(FormatAndVersion, AsksAndFollowsTheAnswers)
+{
+    const auto& c = GetParam();
+    file.db().execute(QStringLiteral("update config set [value]='") + QString::fromUtf8(c.format)
+                      + QStringLiteral("' where [key]='Format'"));
+    file.db().execute(QStringLiteral("update config set [value]='") + QString::fromUtf8(c.version)
+                      + QStringLiteral("' where [key]='Version'"));
+    for (MsgAnswer a : c.answers)
+        dialogs.answer(a);
+    EXPECT_EQ(SongOpenDatabase(), c.opened);
+    EXPECT_EQ(dialogs.messages().size(), c.questions);
+    EXPECT_EQ(SongDatabaseOpen(), c.opened);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    SongDatabase, FormatAndVersion,
+    ::testing::Values(QuestionCase{"SongDatabase", "8.10", {}, 0, true},
+                      QuestionCase{"SongDatabase", "8.09", {MsgAnswer::No}, 1, false},
+                      QuestionCase{"SongDatabase", "", {MsgAnswer::Yes}, 1, true},
+                      QuestionCase{"songdatabase", "8.1", {MsgAnswer::No}, 1, false},
+                      QuestionCase{"songdatabase", "7", {MsgAnswer::Yes, MsgAnswer::Yes}, 2, true},
+                      QuestionCase{"songdatabase", "7", {MsgAnswer::Yes, MsgAnswer::No}, 2, false}));
+
+TEST_F(OpenDatabase, VersionQuestionShowsBothVersions)
+{
+    file.db().execute(QStringLiteral("update config set [value]='8.09' where [key]='Version'"));
+    dialogs.answer(MsgAnswer::No);
+    SongOpenDatabase();
+    EXPECT_EQ(dialogs.messages().value(0),
+              u"Database version is out of date! Process anyway?\r\nCurrent Version = 8.09    Expect Version = 8.1");
+}
+
+TEST_F(OpenDatabase, HomePathInsideProgramFolderIsStoredRelative)
+{
+    QString chosen = AppPath() + QStringLiteral("/data/song.db");
+    EXPECT_EQ(DatabaseHomePath(QStringLiteral("SongServer"), chosen, true), u"./data/song.db");
+    QString read;
+    EXPECT_EQ(DatabaseHomePath(QStringLiteral("SongServer"), read, false), AppPath() + QStringLiteral("/data/song.db"));
+    QString share = QStringLiteral("\\\\Server1\\KtvPublic\\song.db");
+    DatabaseHomePath(QStringLiteral("SongServer"), share, true);
+    EXPECT_EQ(DatabaseHomePath(QStringLiteral("SongServer"), read, false), share);
+    EXPECT_EQ(GetServerHost(share), u"Server1");
+    EXPECT_EQ(GetServerHost(QStringLiteral("postgresql://ktv@db1:5432/songs")), u"db1");
+}
+
+class ConfigStore : public SessionFixture {};
+
+TEST_F(ConfigStore, ReadsDefaultsAndWritesOneRow)
+{
+    ASSERT_TRUE(openSession());
+    EXPECT_EQ(SongReadValue(QString(), QStringLiteral("MinIndex"), QStringLiteral("1000")), u"1000");
+    EXPECT_TRUE(SongWriteValue(QString(), QStringLiteral("MinIndex"), QStringLiteral("2000")));
+    EXPECT_TRUE(SongWriteValue(QStringLiteral("Default"), QStringLiteral("MinIndex"), QStringLiteral("3000")));
+    EXPECT_EQ(SongReadValue(QString(), QStringLiteral("MinIndex"), QStringLiteral("1000")), u"3000");
+    auto rs = file.db().openRecordset(QStringLiteral("select * from config where [key]='MinIndex'"));
+    EXPECT_EQ(rs->RecordCount(), 1);
+}
+
+TEST_F(ConfigStore, FailedStatementShowsBothMessages)
+{
+    ASSERT_TRUE(openSession());
+    EXPECT_EQ(SongReadValue(QStringLiteral("it's"), QStringLiteral("k"), QStringLiteral("def")), u"def");
+    ASSERT_EQ(dialogs.messages().size(), 2);
+    EXPECT_TRUE(dialogs.messages()[0].startsWith(u"SongOpenRecordset failed! Err="));
+    EXPECT_TRUE(dialogs.messages()[0].endsWith(u"\r\nSQL=select [value] from config where [section]='it's' and [key]='k'"));
+    EXPECT_TRUE(dialogs.messages()[1].startsWith(u"SongReadValue failed! Err="));
+    EXPECT_FALSE(SongExecute(QStringLiteral("delete * from song; delete * from singer")));
+}
+
+class ImageFields : public SessionFixture {};
+
+TEST_F(ImageFields, PhotographRoundTripsByteForByte)
+{
+    ASSERT_TRUE(openSession());
+    for (const qsizetype size : {qsizetype(25000), qsizetype(150000), qsizetype(1)}) {
+        QByteArray photo(size, '\0');
+        for (qsizetype i = 0; i < size; ++i)
+            photo[i] = char(i * 31 + 7);
+        const QString in = app.write(QStringLiteral("in.jpg"), photo);
+        std::unique_ptr<Recordset> rs;
+        ASSERT_TRUE(SongGetRecordset(QString(), QStringLiteral("singer"), QStringLiteral("name='x'"), QString(), rs));
+        rs->AddNew();
+        rs->Fields(QStringLiteral("name")).setValue(QStringLiteral("x"));
+        ASSERT_TRUE(SaveImageField(rs.get(), in));
+        rs->Requery();
+        const QByteArray stored = rs->Fields(QStringLiteral("image")).Value().toByteArray();
+        const qsizetype rest = size % 100000, blocks = qsizetype(std::nearbyint(double(size) / 100000));
+        EXPECT_EQ(stored.size(), rest + 1 + blocks * 100001) << size;
+        EXPECT_EQ(rs->Fields(QStringLiteral("image_len")).Value().toLongLong(), size);
+
+        const QString out = app.file(QStringLiteral("out.jpg"));
+        ASSERT_TRUE(LoadImageField(rs.get(), out));
+        QFile f(out);
+        ASSERT_TRUE(f.open(QIODevice::ReadOnly));
+        EXPECT_EQ(f.readAll(), photo) << size;
+        SongExecute(QStringLiteral("delete * from singer"));
+    }
+}
+
+TEST_F(ImageFields, NoPhotographWritesNoFile)
+{
+    ASSERT_TRUE(openSession());
+    SongExecute(QStringLiteral("insert into singer (name) values ('y')"));
+    std::unique_ptr<Recordset> rs;
+    ASSERT_TRUE(SongGetRecordset(QStringLiteral("*"), QStringLiteral("singer"), QStringLiteral("all"), QString(), rs));
+    EXPECT_FALSE(LoadImageField(rs.get(), app.file(QStringLiteral("none.jpg"))));
+    EXPECT_FALSE(QFile::exists(app.file(QStringLiteral("none.jpg"))));
+    EXPECT_FALSE(LoadImageField(nullptr, app.file(QStringLiteral("none.jpg"))));
+}
+
+}  // namespace
+}  // namespace td

@@ -1,0 +1,161 @@
+// tunedesk-admin: creates song databases and demo installations, and runs statements and searches
+// through the same layer as the console.
+#include "ConsoleDialogs.h"
+#include "shell/services/AppError.h"
+#include "shell/services/AppPaths.h"
+#include "shell/services/Ini.h"
+#include "songdb/Connection.h"
+#include "songdb/DemoSongbook.h"
+#include "songdb/Schema.h"
+#include "songdb/SongSearch.h"
+#include "songdb/SongSession.h"
+#include "songdb/SongStatements.h"
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QTemporaryDir>
+#include <cstdio>
+
+using namespace td;
+
+namespace {
+
+constexpr int kUsageError = 2;
+
+const char* const kUsage =
+    "usage: tunedesk-admin create FILE [--language NAME] [--template]\n"
+    "       tunedesk-admin demo DIR [--songs N]\n"
+    "       tunedesk-admin sql FILE STATEMENT\n"
+    "       tunedesk-admin search FILE PATH [VALUE]\n";
+
+struct Failure {
+    QString text;
+};
+
+void print(const QString& text) { std::fputs((text + u'\n').toUtf8().constData(), stdout); }
+
+// The value after an option such as --songs, or the default.
+QString option(QStringList& args, const QString& name, const QString& def)
+{
+    const qsizetype i = args.indexOf(name);
+    if (i < 0)
+        return def;
+    if (i + 1 >= args.size())
+        throw Failure{name + QStringLiteral(" needs a value")};
+    const QString value = args[i + 1];
+    args.remove(i, 2);
+    return value;
+}
+
+bool flag(QStringList& args, const QString& name) { return args.removeAll(name) > 0; }
+
+void expectArgs(const QStringList& args, qsizetype min, qsizetype max)
+{
+    if (args.size() < min || args.size() > max)
+        throw Failure{QStringLiteral("wrong number of arguments")};
+}
+
+int create(QStringList args)
+{
+    const QString language = option(args, QStringLiteral("--language"), QStringLiteral("English"));
+    const bool asTemplate = flag(args, QStringLiteral("--template"));
+    expectArgs(args, 1, 1);
+    if (asTemplate)
+        CreateTemplateDatabase(args[0]);
+    else
+        CreateSongDatabase(args[0], language);
+    return 0;
+}
+
+int demo(QStringList args)
+{
+    DemoOptions options;
+    bool ok = false;
+    options.songs = option(args, QStringLiteral("--songs"), QStringLiteral("300")).toInt(&ok);
+    if (!ok || options.songs < 0)
+        throw Failure{QStringLiteral("--songs needs a number of songs")};
+    options.media = !flag(args, QStringLiteral("--no-media"));
+    expectArgs(args, 1, 1);
+    print(CreateDemoSongbook(args[0], options));
+    return 0;
+}
+
+std::unique_ptr<Connection> openExisting(const QString& file)
+{
+    if (!QFileInfo(file).isFile())
+        throw Failure{QStringLiteral("no such database file: ") + file};
+    return OpenConnection(file);
+}
+
+int sql(QStringList args)
+{
+    expectArgs(args, 2, 2);
+    auto db = openExisting(args[0]);
+    auto rs = db->openRecordset(args[1]);
+    QStringList header;
+    for (int c = 0; c < rs->FieldCount(); ++c)
+        header << rs->Column(c).name;
+    print(header.join(u'\t'));
+    for (qsizetype r = 0; r < rs->RecordCount(); ++r) {
+        QStringList cells;
+        for (int c = 0; c < rs->FieldCount(); ++c)
+            cells << rs->text(r, c).replace(u'\t', u' ').replace(u'\n', u' ');
+        print(cells.join(u'\t'));
+    }
+    return 0;
+}
+
+// Runs the tree on the file through the console's own opening, from a scratch program folder.
+int search(QStringList args)
+{
+    expectArgs(args, 2, 3);
+    const QString file = QFileInfo(args[0]).absoluteFilePath();
+    if (!QFileInfo(file).isFile())
+        throw Failure{QStringLiteral("no such database file: ") + args[0]};
+    QTemporaryDir scratch;
+    SetAppPath(scratch.path());
+    QDir().mkpath(scratch.filePath(QStringLiteral("KtvPublic")));
+    IniWrite(scratch.filePath(QStringLiteral("KtvPublic/database_home.ini")), QStringLiteral("SongServer"),
+             QStringLiteral("Local"), file);
+    admin::ConsoleDialogs dialogs;
+    if (!SongOpenDatabase())
+        throw Failure{QStringLiteral("cannot open song database ") + args[0]};
+    TextArray names, keys;
+    const int count = SongSearchTree(1000, args[1], args.value(2), names, keys);
+    SongCloseDatabase();
+    if (count < 0)
+        throw Failure{QStringLiteral("search failed")};
+    print(QString::number(count));
+    for (int i = 1; i <= UBound(names); ++i)
+        print(keys.value(i) + u'\t' + names[i]);
+    return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
+    QCoreApplication app(argc, argv);
+    QStringList args = app.arguments().mid(1);
+    const QString command = args.value(0);
+    if (!args.isEmpty())
+        args.removeFirst();
+    try {
+        if (command == u"create")
+            return create(args);
+        if (command == u"demo")
+            return demo(args);
+        if (command == u"sql")
+            return sql(args);
+        if (command == u"search")
+            return search(args);
+        throw Failure{command.isEmpty() ? QStringLiteral("no command") : QStringLiteral("unknown command ") + command};
+    } catch (const Failure& f) {
+        std::fprintf(stderr, "tunedesk-admin: %s\n", f.text.toLocal8Bit().constData());
+        if (command.isEmpty())
+            std::fputs(kUsage, stderr);
+    } catch (const std::exception& e) {
+        std::fprintf(stderr, "tunedesk-admin: %s\n", ErrorText(e).toLocal8Bit().constData());
+    }
+    return kUsageError;
+}
