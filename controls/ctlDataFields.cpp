@@ -8,6 +8,7 @@
 #include "shell/services/AppError.h"
 #include "shell/services/Dialogs.h"
 #include "shell/services/Ini.h"
+#include "songdb/SongStatements.h"
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -403,9 +404,9 @@ void ctlDataFields::fillDropDown(int index)
     r.guard = true;
     r.cboValue->clear();
     const QString sql = field(index).ClassEx;
-    if (!sql.isEmpty() && OpenRecordset) {
+    if (!sql.isEmpty()) {
         try {
-            if (std::unique_ptr<Recordset> rs = OpenRecordset(sql)) {
+            if (std::unique_ptr<Recordset> rs = openList(sql)) {
                 QStringList items;
                 for (qsizetype pos = 0; pos < rs->RecordCount(); ++pos)
                     items << rs->text(pos, 0);
@@ -418,6 +419,15 @@ void ctlDataFields::fillDropDown(int index)
     }
     r.cboValue->setEditText(remembered);
     r.guard = false;
+}
+
+// The owner's opener, or the song database's: a statement that fails has shown its message there.
+std::unique_ptr<Recordset> ctlDataFields::openList(const QString& sql) const
+{
+    if (OpenRecordset)
+        return OpenRecordset(sql);
+    std::unique_ptr<Recordset> rs;
+    return SongOpenRecordset(sql, rs) ? std::move(rs) : nullptr;
 }
 
 // GetField / SetField

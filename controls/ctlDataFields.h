@@ -14,7 +14,7 @@ namespace td {
 
 class DropDownCombo;
 
-// Opens the statement of a drop-down list; the window hands in its database's opener.
+// Opens the statement of a drop-down list; unset, the song database's SongOpenRecordset does.
 using RecordsetOpener = std::function<std::unique_ptr<Recordset>(const QString& sql)>;
 
 // The record editor: a column of rows with label, text box or combo, button and hint, drawn from
@@ -92,6 +92,7 @@ private:
     bool loadBookmark(const QVariant& bookmark, bool merge);
     void valueEdited(int index, QWidget* control);
     void fillDropDown(int index);
+    std::unique_ptr<Recordset> openList(const QString& sql) const;
     void writeFields(bool changedOnly);
     Recordset& recordset() const;
     void seekOrThrow(const QVariant& bookmark);
