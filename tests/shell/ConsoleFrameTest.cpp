@@ -6,6 +6,7 @@
 #include "shell/services/Ini.h"
 #include "songdb/Schema.h"
 #include "songdb/SongSession.h"
+#include "support/QtApp.h"
 #include "support/ScriptedDialogs.h"
 #include "support/TempAppDir.h"
 #include <QAction>
@@ -22,16 +23,6 @@
 using namespace td;
 
 namespace {
-
-QApplication& app()
-{
-    static int argc = 1;
-    static char name[] = "test_shell";
-    static char* argv[] = {name, nullptr};
-    static QApplication* a = QApplication::instance() ? nullptr : new QApplication(argc, argv);
-    return *qobject_cast<QApplication*>(QApplication::instance());
-    (void)a;
-}
 
 // Answers the database dialogs as they come up, one answer each, in order.
 class DatabaseDialogScript : public QObject {
@@ -113,7 +104,7 @@ protected:
                        QStringLiteral("Local"), QStringLiteral("<none>"));
     }
 
-    bool appReady = (app(), true);   // before any member that needs the application
+    bool appReady = (test::EnsureQtApp(), true);   // before any member that needs the application
     test::TempAppDir dir;
     test::ScriptedDialogs dialogs;
     DatabaseDialogScript script;
