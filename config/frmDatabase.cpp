@@ -1,4 +1,5 @@
 #include "config/frmDatabase.h"
+#include "regions/WindowText.h"
 #include "shell/services/AppPaths.h"
 #include "shell/services/Dialogs.h"
 #include "shell/services/Ini.h"
@@ -41,7 +42,7 @@ QString DefaultServerName(const QString& dbType, QString& name, bool write)
 frmDatabase::frmDatabase(QWidget* parent) : QDialog(parent)
 {
     setObjectName(QStringLiteral("frmDatabase"));
-    setWindowTitle(QStringLiteral("Database configuration - ") + AppTitle());
+    setWindowTitle(QStringLiteral("Database configuration - <productname>"));
     setModal(true);
 
     fraLocal_ = new QGroupBox(QStringLiteral("Select local database (&S)"), this);
@@ -87,6 +88,8 @@ frmDatabase::frmDatabase(QWidget* parent) : QDialog(parent)
     connect(cmdBrowse_, &QPushButton::clicked, this, &frmDatabase::browse);
     connect(cmdOpen_, &QPushButton::clicked, this, &frmDatabase::open);
     connect(cmdCancel_, &QPushButton::clicked, this, &frmDatabase::cancel);
+    ExportWindowText(this);
+    ApplyWindowText(this);
     layoutWindow();
 }
 

@@ -21,10 +21,10 @@ bool IsDataBoundControl(const QObject* o)
 // An action's tip reads as its text when none was given; that is no designed tip.
 QString ActionTip(const QAction* a)
 {
+    // Qt makes that tip from the text without "..." anywhere and without accelerator marks.
     QString plain = a->text();
+    plain.remove(QStringLiteral("..."));
     plain.remove(QLatin1Char('&'));
-    if (plain.endsWith(QLatin1String("...")))
-        plain.chop(3);
     const QString tip = a->toolTip();
     return tip == plain.trimmed() || tip == a->text() ? QString() : tip;
 }

@@ -6,6 +6,7 @@
 #include "shell/services/Dialogs.h"
 #include "shell/services/Shell.h"
 #include "shell/services/Translate.h"
+#include "regions/WindowText.h"
 #include "songdb/SongSession.h"
 #include <QAction>
 #include <QCloseEvent>
@@ -58,6 +59,8 @@ mdiMain::mdiMain(QWidget* parent) : QMainWindow(parent)
     buildMenus();
     buildToolbar();
     buildStatusBar();
+    ExportWindowText(this);
+    ApplyWindowText(this);
     // The songbook and singer menus appear only while their windows are open.
     for (const char* m : {"mnuSong", "mnuMedia", "mnuSinger"})
         menus_.value(QString::fromLatin1(m))->menuAction()->setVisible(false);

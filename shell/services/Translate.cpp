@@ -22,6 +22,41 @@ QString regionIni() { return AppPath() + QStringLiteral("/Region.ini"); }
 
 }  // namespace
 
+namespace {
+
+struct SplitText {
+    QString rest;
+    QString accelerator;
+    bool hadDots = false;
+};
+
+// The accelerator is not translated, and dots anywhere in a text move to its end.
+SplitText splitText(const QString& text)
+{
+    SplitText s{text, {}, false};
+    if (s.rest.size() >= 5 && s.rest.right(5).startsWith(QLatin1String(" (&"))) {
+        s.accelerator = s.rest.right(5);
+        s.rest.chop(5);
+    }
+    const QString dots = QStringLiteral(" ...");
+    s.hadDots = s.rest.contains(dots);
+    if (s.hadDots)
+        s.rest.remove(s.rest.indexOf(dots), dots.size());
+    return s;
+}
+
+std::function<void(const QString&)>& observer()
+{
+    static std::function<void(const QString&)> o;
+    return o;
+}
+
+}  // namespace
+
+QString TranslationKey(const QString& text) { return splitText(text).rest; }
+
+void SetTranslateObserver(std::function<void(const QString& key)> o) { observer() = std::move(o); }
+
 QString TranslateText(const QString& text)
 {
     if (text.isEmpty())
@@ -29,21 +64,13 @@ QString TranslateText(const QString& text)
     if (language().resourceText.isEmpty())
         SetInterfaceRegion(GetDefaultRegion());
 
-    QString rest = text;
-    QString accelerator;
-    if (rest.size() >= 5 && rest.right(5).startsWith(QLatin1String(" (&"))) {
-        accelerator = rest.right(5);
-        rest.chop(5);
-    }
-    const QString dots = QStringLiteral(" ...");
-    const bool hadDots = rest.contains(dots);
-    if (hadDots)
-        rest.remove(rest.indexOf(dots), dots.size());
-
-    const QString answer = ReadTextValue(language().resourceText, QStringLiteral("Resource"), rest, QString());
+    const SplitText s = splitText(text);
+    if (observer())
+        observer()(s.rest);
+    const QString answer = ReadTextValue(language().resourceText, QStringLiteral("Resource"), s.rest, QString());
     if (answer.isEmpty())
-        return rest;
-    return answer + (hadDots ? dots : QString()) + accelerator;
+        return s.rest;
+    return answer + (s.hadDots ? QStringLiteral(" ...") : QString()) + s.accelerator;
 }
 
 QString GetDefaultRegion()

@@ -1,5 +1,6 @@
 #pragma once
 #include <QString>
+#include <functional>
 
 namespace td {
 
@@ -13,6 +14,12 @@ QString InterfaceRegion();
 }  // namespace td
 
 namespace td {
+// The key a text is looked up by: the text without its accelerator " (&X)" and its dots " ...".
+QString TranslationKey(const QString& text);
+
+// Sees every key looked up, so the text file of a language can be checked for completeness.
+void SetTranslateObserver(std::function<void(const QString& key)> observer);
+
 // Forgets the loaded language, so the next lookup reads the default region again (tests, region change).
 void ResetInterfaceRegion();
 }  // namespace td
