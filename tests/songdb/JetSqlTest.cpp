@@ -1,6 +1,6 @@
 #include "shell/services/AppError.h"
 #include "songdb/JetSql.h"
-#include "QtPrint.h"
+#include "support/QtPrint.h"
 #include <gtest/gtest.h>
 
 namespace td {
