@@ -146,7 +146,8 @@ bool upperIs(const CharAt& at, sqlite3_value* c)
             return upperKeys()[ch] == Gb2312CharKey(wanted);
     }
     const QByteArray upper = upperText(reinterpret_cast<const char*>(at.p), at.size);
-    return CompareGb2312(upper.constData(), int(upper.size()), reinterpret_cast<const char*>(text), size) == 0;
+    const auto* wanted = reinterpret_cast<const char*>(text);
+    return CompareGb2312(upper.constData(), int(upper.size()), wanted, size) == 0;
 }
 
 // Reads (x, pos, ...) into at; false when the result is already set (NULL, or a bad position).
@@ -200,12 +201,11 @@ bool RegisterJetFunctions(sqlite3* db)
         {"td_char_upper_is", 3, &charUpperIs},
         {"td_char_in_or_upper_is", 5, &charInOrUpperIs},
     };
+    const int flags = SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_INNOCUOUS;
     bool ok = true;
     for (const auto& [name, args, fn] : functions)
-        ok = sqlite3_create_function_v2(db, name, args, SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_INNOCUOUS, nullptr,
-                                        fn, nullptr, nullptr, nullptr)
-                == SQLITE_OK
-            && ok;
+        if (sqlite3_create_function_v2(db, name, args, flags, nullptr, fn, nullptr, nullptr, nullptr) != SQLITE_OK)
+            ok = false;
     return ok;
 }
 
