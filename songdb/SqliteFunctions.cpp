@@ -38,27 +38,32 @@ void ucase(sqlite3_context* context, int, sqlite3_value** argv)
     sqlite3_result_text(context, upper.constData(), int(upper.size()), SQLITE_TRANSIENT);
 }
 
-// Key of the upper case of each BMP character as td_ucase writes it, kNoGb2312Key where that is
-// more than one character (as for ß). Built once, so a row costs a lookup instead of a conversion.
-std::vector<std::uint32_t> buildUpperKeys()
+// Per BMP character: its GB2312 key, and the key of its upper case as td_ucase writes it
+// (kNoGb2312Key where that is more than one character, as "SS" for ß). Built once, so that a
+// row costs lookups instead of conversions.
+struct CharKeys {
+    std::uint32_t key;
+    std::uint32_t upper;
+};
+
+std::vector<CharKeys> buildCharKeys()
 {
-    std::vector<std::uint32_t> keys(0x10000, kNoGb2312Key);
-    for (char32_t cp = 1; cp < 0x10000; ++cp) {
+    std::vector<CharKeys> keys(0x10000, CharKeys{kNoGb2312Key, kNoGb2312Key});
+    for (char32_t cp = 0; cp < 0x10000; ++cp) {
         if (cp >= 0xD800 && cp <= 0xDFFF)
             continue;
         const QString upper = QString(QChar(char16_t(cp))).toUpper();
         const char32_t u = upper.size() == 1 ? upper[0].unicode()
             : upper.size() == 2 && upper[0].isHighSurrogate() ? QChar::surrogateToUcs4(upper[0], upper[1])
                                                              : 0;
-        if (u != 0)
-            keys[cp] = Gb2312CharKey(u);
+        keys[cp] = {Gb2312CharKey(cp), u != 0 ? Gb2312CharKey(u) : kNoGb2312Key};
     }
     return keys;
 }
 
-const std::vector<std::uint32_t>& upperKeys()
+const std::vector<CharKeys>& charKeys()
 {
-    static const std::vector<std::uint32_t> keys = buildUpperKeys();
+    static const std::vector<CharKeys> keys = buildCharKeys();
     return keys;
 }
 
@@ -78,13 +83,20 @@ char32_t singleBmpChar(const unsigned char* p, int size)
     return 0;
 }
 
+char32_t singleBmpChar(sqlite3_value* text)
+{
+    return singleBmpChar(sqlite3_value_text(text), sqlite3_value_bytes(text));
+}
+
 // The value of substr(x, pos, 1) for pos from 1: the pos-th character of a text, stepped over as
 // SQLite steps (a lead byte and the continuation bytes behind it, up to a NUL), or the pos-th
-// byte of a blob.
+// byte of a blob. ch is the character where it is one well-formed BMP character, else 0.
 struct CharAt {
     const unsigned char* p = nullptr;
     int size = 0;
     bool blob = false;
+    char32_t ch = 0;
+    const CharKeys* keys = nullptr;
 };
 
 bool charAt(sqlite3_value* x, int pos, CharAt& at)
@@ -97,7 +109,9 @@ bool charAt(sqlite3_value* x, int pos, CharAt& at)
         if (!bytes)   // an empty blob, for which substr answers NULL
             return false;
         const int n = sqlite3_value_bytes(x);
-        at = {bytes + std::min(pos - 1, n), pos <= n ? 1 : 0, true};
+        at.p = bytes + std::min(pos - 1, n);
+        at.size = pos <= n ? 1 : 0;
+        at.blob = true;
         return true;
     }
     const unsigned char* z = sqlite3_value_text(x);
@@ -113,7 +127,9 @@ bool charAt(sqlite3_value* x, int pos, CharAt& at)
     const unsigned char* end = z;
     if (*end)
         step(end);
-    at = {z, int(end - z), false};
+    at.p = z;
+    at.size = int(end - z);
+    at.ch = singleBmpChar(z, at.size);
     return true;
 }
 
@@ -129,25 +145,26 @@ bool inRange(const CharAt& at, sqlite3_value* lo, sqlite3_value* hi)
     const bool bounded = sqlite3_value_type(hi) != SQLITE_NULL;
     if (at.blob)
         return !bounded;
+    const char32_t l = singleBmpChar(lo);
+    const char32_t h = bounded ? singleBmpChar(hi) : 0;
+    if (at.ch != 0 && l != 0 && (h != 0 || !bounded)) {
+        const std::uint32_t key = at.keys[at.ch].key;
+        return key >= at.keys[l].key && (!bounded || key < at.keys[h].key);
+    }
     return compare(at, lo) >= 0 && (!bounded || compare(at, hi) < 0);
 }
 
 // td_ucase(substr(x,pos,1)) = c in GB2312 order.
 bool upperIs(const CharAt& at, sqlite3_value* c)
 {
-    const auto* text = sqlite3_value_text(c);
-    const int size = sqlite3_value_bytes(c);
     if (!at.blob && at.size == 0)
-        return size == 0;
-    if (!at.blob) {
-        const char32_t ch = singleBmpChar(at.p, at.size);
-        const char32_t wanted = singleBmpChar(text, size);
-        if (ch != 0 && wanted != 0)
-            return upperKeys()[ch] == Gb2312CharKey(wanted);
-    }
+        return sqlite3_value_bytes(c) == 0;
+    const char32_t wanted = singleBmpChar(c);
+    if (at.ch != 0 && wanted != 0)
+        return at.keys[at.ch].upper == at.keys[wanted].key;
     const QByteArray upper = upperText(reinterpret_cast<const char*>(at.p), at.size);
-    const auto* wanted = reinterpret_cast<const char*>(text);
-    return CompareGb2312(upper.constData(), int(upper.size()), wanted, size) == 0;
+    const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(c));
+    return CompareGb2312(upper.constData(), int(upper.size()), text, sqlite3_value_bytes(c)) == 0;
 }
 
 // Reads (x, pos, ...) into at; false when the result is already set (NULL, or a bad position).
@@ -162,6 +179,7 @@ bool characterArgs(sqlite3_context* context, sqlite3_value** argv, CharAt& at)
         sqlite3_result_null(context);
         return false;
     }
+    at.keys = static_cast<const CharKeys*>(sqlite3_user_data(context));
     return true;
 }
 
@@ -193,7 +211,8 @@ void charInOrUpperIs(sqlite3_context* context, int, sqlite3_value** argv)
 
 bool RegisterJetFunctions(sqlite3* db)
 {
-    upperKeys();
+    // The tables go to the functions as their user data, so a row reads them without a guard.
+    auto* keys = const_cast<CharKeys*>(charKeys().data());
     using Fn = void (*)(sqlite3_context*, int, sqlite3_value**);
     const std::tuple<const char*, int, Fn> functions[] = {
         {"td_ucase", 1, &ucase},
@@ -204,7 +223,7 @@ bool RegisterJetFunctions(sqlite3* db)
     const int flags = SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_INNOCUOUS;
     bool ok = true;
     for (const auto& [name, args, fn] : functions)
-        if (sqlite3_create_function_v2(db, name, args, flags, nullptr, fn, nullptr, nullptr, nullptr) != SQLITE_OK)
+        if (sqlite3_create_function_v2(db, name, args, flags, keys, fn, nullptr, nullptr, nullptr) != SQLITE_OK)
             ok = false;
     return ok;
 }
