@@ -115,6 +115,11 @@ int CompareGb2312(const char* a, int aSize, const char* b, int bSize)
     return pb < eb ? -1 : 0;
 }
 
+std::uint32_t Gb2312CharKey(char32_t cp)
+{
+    return keyOf(cp, sortKeys());
+}
+
 bool RegisterGb2312Collation(sqlite3* db)
 {
     sortKeys();

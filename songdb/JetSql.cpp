@@ -59,6 +59,8 @@ public:
         for (std::size_t t = 0; t < tokens_.size(); ++t)
             out_[t] = render(int(t));
         applyPending();
+        if (!dialect_.characterFunctions.isEmpty())
+            fuseCharacterTests();
         QString limit;
         if (first == u"select") {
             limit = takeTop();
@@ -214,6 +216,116 @@ private:
             return lower == u"now" ? QStringLiteral("datetime") : QStringLiteral("date");
         }
         throw unsupported(QStringLiteral("function ") + name + QStringLiteral("()"));
+    }
+
+    bool isSymbol(int s, QStringView text) const
+    {
+        return s < sigCount() && sigTok(s).kind == TokenKind::Symbol && sigTok(s).text == text;
+    }
+
+    // A text literal of one BMP character, rendered.
+    bool charLiteral(int s, QString& rendered) const
+    {
+        if (s >= sigCount() || sigTok(s).kind != TokenKind::String || sigTok(s).text.size() != 1
+            || sigTok(s).text[0].isSurrogate())
+            return false;
+        rendered = out_[std::size_t(sig_[std::size_t(s)])];
+        return true;
+    }
+
+    // "Mid(x,i,1)" at s, with x a name and i a whole number from 1: x and i rendered, and the
+    // position behind it; -1 for anything else.
+    struct CharRef {
+        QString x, pos;
+        bool operator==(const CharRef&) const = default;
+    };
+    int charRef(int s, CharRef& ref) const
+    {
+        if (sigLower(s) != u"mid" || !isSymbol(s + 1, u"(") || !isSymbol(s + 3, u",") || !isSymbol(s + 5, u",")
+            || !isSymbol(s + 7, u")") || sigTok(s + 6).kind != TokenKind::Number || sigText(s + 6) != u"1")
+            return -1;
+        const TokenKind x = sigTok(s + 2).kind;
+        bool ok = false;
+        const int pos = sigTok(s + 4).kind == TokenKind::Number ? sigText(s + 4).toInt(&ok) : 0;
+        if ((x != TokenKind::Word && x != TokenKind::Bracket) || !ok || pos < 1 || pos > 1000000)
+            return -1;
+        ref = {out_[std::size_t(sig_[std::size_t(s + 2)])], QString::number(pos)};
+        return s + 8;
+    }
+
+    // "M>='lo'" or "M>='lo' And M<'hi'" on one character M at s: its end, -1 for no match.
+    int charRange(int s, CharRef& ref, QString& lo, QString& hi) const
+    {
+        int e = charRef(s, ref);
+        if (e < 0 || !isSymbol(e, u">=") || !charLiteral(e + 1, lo))
+            return -1;
+        e += 2;
+        hi = QStringLiteral("NULL");
+        CharRef again;
+        const int e2 = sigLower(e) == u"and" ? charRef(e + 1, again) : -1;
+        if (e2 >= 0 && again == ref && isSymbol(e2, u"<") && charLiteral(e2 + 1, hi))
+            return e2 + 2;
+        return e;
+    }
+
+    // "UCASE(M)='c'" at s: its end, -1 for no match.
+    int charUpper(int s, CharRef& ref, QString& c) const
+    {
+        if (sigLower(s) != u"ucase" || !isSymbol(s + 1, u"("))
+            return -1;
+        const int e = charRef(s + 2, ref);
+        if (e < 0 || !isSymbol(e, u")") || !isSymbol(e + 1, u"=") || !charLiteral(e + 2, c))
+            return -1;
+        return e + 3;
+    }
+
+    // Whether an expression from s to e (exclusive) stands as one operand of AND or OR, so that
+    // replacing it by one call keeps the meaning: nothing that binds tighter touches it.
+    bool standsAlone(int s, int e) const
+    {
+        static const QSet<QString> before = {u"and"_s, u"or"_s, u"where"_s, u"having"_s, u"on"_s};
+        static const QSet<QString> after = {u"and"_s, u"or"_s, u"order"_s, u"group"_s, u"having"_s};
+        const bool startOk = s > 0 && (isSymbol(s - 1, u"(") || before.contains(sigLower(s - 1)));
+        const bool endOk = e >= sigCount() || isSymbol(e, u")") || sigTok(e).kind == TokenKind::Semicolon
+            || after.contains(sigLower(e));
+        return startOk && endOk;
+    }
+
+    void replace(int s, int e, const QString& text)
+    {
+        out_[std::size_t(sig_[std::size_t(s)])] = text;
+        for (int t = sig_[std::size_t(s)] + 1; t <= sig_[std::size_t(e - 1)]; ++t)
+            out_[std::size_t(t)].clear();
+    }
+
+    // Comparisons of one character of a text with one character, as the initial-letter search
+    // writes them, become one function call each: the general form cuts the character out and
+    // converts it again for every comparison, on every row.
+    void fuseCharacterTests()
+    {
+        for (int s = 0; s < sigCount(); ++s)
+            if (sigLower(s) == u"between")   // its "and" is no operator
+                return;
+        const QString& fn = dialect_.characterFunctions;
+        const auto call = [](const QString& name, const CharRef& ref, const QStringList& rest) {
+            return name + u'(' + ref.x + u',' + ref.pos + u',' + rest.join(u',') + u')';
+        };
+        for (int s = 0; s < sigCount(); ++s) {
+            CharRef ref, upperRef;
+            QString lo, hi, c;
+            int e = -1;
+            if (isSymbol(s, u"(") && (e = charRange(s + 1, ref, lo, hi)) >= 0 && sigLower(e) == u"or"
+                && (e = charUpper(e + 1, upperRef, c)) >= 0 && upperRef == ref && isSymbol(e, u")")) {
+                replace(s + 1, e, call(fn + QStringLiteral("in_or_upper_is"), ref, {lo, hi, c}));
+                s = e;
+            } else if ((e = charRange(s, ref, lo, hi)) >= 0 && standsAlone(s, e)) {
+                replace(s, e, call(fn + QStringLiteral("in"), ref, {lo, hi}));
+                s = e - 1;
+            } else if ((e = charUpper(s, ref, c)) >= 0 && standsAlone(s, e)) {
+                replace(s, e, call(fn + QStringLiteral("upper_is"), ref, {c}));
+                s = e - 1;
+            }
+        }
     }
 
     // "select top n ..." becomes a LIMIT at the end.

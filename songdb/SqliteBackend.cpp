@@ -111,7 +111,8 @@ SqliteBackend::~SqliteBackend()
 
 const SqlDialect& SqliteBackend::dialect() const
 {
-    static const SqlDialect d{QStringLiteral("rowid"), QStringLiteral(" COLLATE GB2312"), QStringLiteral("td_ucase")};
+    static const SqlDialect d{QStringLiteral("rowid"), QStringLiteral(" COLLATE GB2312"), QStringLiteral("td_ucase"),
+                             QStringLiteral("td_char_")};
     return d;
 }
 

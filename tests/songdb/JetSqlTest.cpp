@@ -1,6 +1,6 @@
 #include "shell/services/AppError.h"
 #include "songdb/JetSql.h"
-#include "QtPrint.h"
+#include "support/QtPrint.h"
 #include <gtest/gtest.h>
 
 namespace td {
@@ -104,6 +104,51 @@ TEST(JetSql, OnlyOneTableSelectsAreKeyed)
                             "select * from song, singer", "select language from song group by language"})
         EXPECT_TRUE(TranslateJetSql(QString::fromUtf8(sql), kDialect).keyedSql.isEmpty()) << sql;
 }
+
+const SqlDialect kCharDialect{QStringLiteral("rowid"), QStringLiteral(" COLLATE GB2312"), QStringLiteral("upper"),
+                              QStringLiteral("c_")};
+
+class CharacterTests : public ::testing::TestWithParam<Case> {};
+
+TEST_P(CharacterTests, BecomeOneCallWhereTheMeaningStays)
+{
+    EXPECT_EQ(TranslateJetSql(QString::fromUtf8(GetParam().jet), kCharDialect).sql, QString::fromUtf8(GetParam().sql));
+}
+
+// The general form of a Mid comparison, as the cases that must not be fused expect it.
+#define M1 "substr(\"title\",1,1) COLLATE GB2312"
+#define M2 "substr(\"title\",2,1) COLLATE GB2312"
+INSTANTIATE_TEST_SUITE_P(
+    JetSql, CharacterTests,
+    ::testing::Values(
+        Case{"select * from song where grade<=1 and (Mid([title],2,1)>='噶' And Mid([title],2,1)<'哈' or "
+             "UCASE(Mid([title],2,1))='G') order by title",
+             "select * from song where grade<=1 and (c_in_or_upper_is(\"title\",2,'噶','哈','G'))"
+             " order by title"},
+        Case{"select * from song where (Mid(title,1,1)>='匝' or UCASE(Mid(title,1,1))='Z')",
+             "select * from song where (c_in_or_upper_is(title,1,'匝',NULL,'Z'))"},
+        Case{"select * from song where Mid([name],3,1)>='啊' And Mid([name],3,1)<'八'",
+             "select * from song where c_in(\"name\",3,'啊','八')"},
+        Case{"select * from song where x=1 And UCASE(Mid([title],1,1))='I' And Mid([title],2,1)='3'",
+             "select * from song where x=1 And c_upper_is(\"title\",1,'I') And " M2 "='3'"},
+        Case{"select * from song where not (UCASE(Mid([title],1,1))='I' or Mid([title],1,1)>=\"a\")",
+             "select * from song where not (c_upper_is(\"title\",1,'I') or c_in(\"title\",1,'a',NULL))"},
+        // NOT binds tighter than AND: only the first comparison is negated.
+        Case{"select * from song where not Mid([title],1,1)>='a' And Mid([title],1,1)<'b'",
+             "select * from song where not " M1 ">='a' And " M1 "<'b'"},
+        Case{"select * from song where Mid([title],1,1)>='a' And Mid([title],2,1)<'b'",
+             "select * from song where c_in(\"title\",1,'a',NULL) And " M2 "<'b'"},
+        Case{"select * from song where x & Mid([title],1,1)>='a'",
+             "select * from song where x || " M1 ">='a'"},
+        Case{"select * from song where Mid([title],1,1)>='ab' or Mid([title],1,2)>='a' or Mid([title],0,1)>='a'",
+             "select * from song where " M1 ">='ab' or substr(\"title\",1,2) COLLATE GB2312>='a' or "
+             "substr(\"title\",0,1) COLLATE GB2312>='a'"},
+        Case{"select * from song where UCASE(Mid([title],1,1))<>'Z' or UCASE(Mid([title],1,1))='Z' = 0",
+             "select * from song where upper(" M1 ")<>'Z' or upper(" M1 ")='Z' = 0"},
+        Case{"select * from song where grade between 1 and Mid([title],1,1)>='a'",
+             "select * from song where grade between 1 and " M1 ">='a'"}));
+#undef M1
+#undef M2
 
 }  // namespace
 }  // namespace td

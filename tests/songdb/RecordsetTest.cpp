@@ -1,7 +1,7 @@
-#include "QtPrint.h"
 #include "SongFile.h"
 #include "shell/services/AppError.h"
 #include "songdb/Schema.h"
+#include "support/QtPrint.h"
 #include <QDateTime>
 #include <QElapsedTimer>
 #include <gtest/gtest.h>

@@ -1,8 +1,8 @@
-#include "QtPrint.h"
 #include "SessionFixture.h"
 #include "songdb/CatalogueLookups.h"
 #include "songdb/SongSearch.h"
 #include "songdb/SongStatements.h"
+#include "support/QtPrint.h"
 #include <QDir>
 
 namespace td {

@@ -1,8 +1,8 @@
-#include "QtPrint.h"
 #include "SessionFixture.h"
 #include "shell/services/AppPaths.h"
 #include "songdb/RecordAccess.h"
 #include "songdb/SongStatements.h"
+#include "support/QtPrint.h"
 #include <QDir>
 #include <QFile>
 #include <cmath>
