@@ -61,6 +61,11 @@ mdiMain::mdiMain(QWidget* parent) : QMainWindow(parent)
     buildStatusBar();
     ExportWindowText(this);
     ApplyWindowText(this);
+    // The clock starts after the designed texts are kept, so the time is never taken for a caption.
+    auto* clock = new QTimer(this);
+    connect(clock, &QTimer::timeout, this, &mdiMain::updateClock);
+    clock->start(1000);
+    updateClock();
     // The songbook and singer menus appear only while their windows are open.
     for (const char* m : {"mnuSong", "mnuMedia", "mnuSinger"})
         menus_.value(QString::fromLatin1(m))->menuAction()->setVisible(false);
@@ -96,10 +101,6 @@ void mdiMain::buildStatusBar()
     // total and selected stand at the left, before the log.
     bar->insertWidget(0, panes_.value(QStringLiteral("total")));
     bar->insertWidget(1, panes_.value(QStringLiteral("selected")));
-    auto* clock = new QTimer(this);
-    connect(clock, &QTimer::timeout, this, &mdiMain::updateClock);
-    clock->start(1000);
-    updateClock();
 }
 
 void mdiMain::updateClock()
