@@ -524,8 +524,8 @@ bool ctlDataView::eventFilter(QObject* watched, QEvent* event)
             UpdateViewState();
             emit KeyUp(VbKeyCode(key->key()), VbShift(key->modifiers()));
         }
-    } else if (watched == lvwMain_->viewport()) {
-        auto* mouse = static_cast<QMouseEvent*>(event);
+    } else if (auto* mouse = dynamic_cast<QMouseEvent*>(event); mouse && watched == lvwMain_->viewport()) {
+        // Only mouse events are read here; the viewport sees many other kinds.
         switch (event->type()) {
         case QEvent::MouseButtonPress:
             emit MouseDown(VbButton(mouse->button()), VbShift(mouse->modifiers()), int(mouse->position().x()),
