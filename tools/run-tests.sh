@@ -1,11 +1,23 @@
 #!/usr/bin/env bash
-# Installs what is needed, builds Tunedesk with its tests and runs every test.
+# Installs what is needed, builds Tunedesk with its tests and runs every test: once in the normal
+# build, once more under AddressSanitizer and UndefinedBehaviorSanitizer.
 set -euo pipefail
 here=$(cd "$(dirname "$0")/.." && pwd)
 bash "$here/tools/install-deps.sh"
-build=${TUNEDESK_BUILD_DIR:-$here/build}
 export CCACHE_DIR=${CCACHE_DIR:-$HOME/.cache/tunedesk-ccache}
-cmake -S "$here" -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
-cmake --build "$build" -j"$(nproc)"
-cd "$build"
-QT_QPA_PLATFORM=offscreen ctest --output-on-failure -j"$(nproc)" --timeout 300
+export QT_QPA_PLATFORM=offscreen
+jobs=$(nproc)
+
+run_suite() {
+  local build=$1; shift
+  cmake -S "$here" -B "$build" "$@" >/dev/null
+  cmake --build "$build" -j"$jobs"
+  (cd "$build" && ctest --output-on-failure -j"$jobs" --timeout 300)
+}
+
+run_suite "${TUNEDESK_BUILD_DIR:-$here/build}" -DCMAKE_BUILD_TYPE=RelWithDebInfo
+if [ "${TUNEDESK_SANITIZERS:-1}" != 0 ]; then
+  echo "== the same tests under AddressSanitizer and UndefinedBehaviorSanitizer"
+  ASAN_OPTIONS=detect_leaks=0 UBSAN_OPTIONS=print_stacktrace=1 \
+    run_suite "$here/build-asan" -DCMAKE_BUILD_TYPE=Debug -DTUNEDESK_SANITIZE=ON -DTUNEDESK_BENCH=OFF
+fi
