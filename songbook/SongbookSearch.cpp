@@ -5,6 +5,7 @@
 #include "shell/services/Dialogs.h"
 #include "shell/services/Translate.h"
 #include "songbook/BusyWindow.h"
+#include "songbook/RepaintWhileReading.h"
 #include "songbook/StatusPanes.h"
 #include "songbook/frmSong.h"
 #include "songdb/RecordAccess.h"
@@ -82,6 +83,7 @@ void frmSong::cboSearchType_Click()
     TextArray names;
     {
         Hourglass wait;
+        RepaintWhileReading reading;
         SongSearchTree(1000, code, QString(), names, searchValueCodes_);
     }
     QStringList items = names.mid(1);
@@ -115,7 +117,12 @@ bool frmSong::LoadData()
     AppendItem(conditions, SearchCondition(searchCode(), value));
 
     std::unique_ptr<Recordset> rs;
-    if (!SongGetRecordset(QStringLiteral("*"), QStringLiteral("Song"), JoinConditions(conditions), QString(), rs)) {
+    bool opened = false;
+    {
+        RepaintWhileReading reading;
+        opened = SongGetRecordset(QStringLiteral("*"), QStringLiteral("Song"), JoinConditions(conditions), QString(), rs);
+    }
+    if (!opened) {
         MsgError(TranslateText(QStringLiteral("Can't load data!")));
         return false;
     }
