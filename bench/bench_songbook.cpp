@@ -3,11 +3,11 @@
 // type (which lists the singers), and selecting a song; for each the time until it shows and the
 // longest time the event loop went without a turn (a 10 ms timer's largest gap).
 // Without SONGBOOK.db the 1,000,000-song demo songbook is generated once into DATA_DIR and kept.
+#include "BenchSupport.h"
 #include "controls/ctlDataView.h"
 #include "shell/services/AppPaths.h"
 #include "shell/services/Ini.h"
 #include "songbook/frmSong.h"
-#include "songdb/DemoSongbook.h"
 #include "songdb/SongSession.h"
 #include "songdb/SongSearch.h"
 #include "songdb/SongStatements.h"
@@ -23,21 +23,7 @@
 
 namespace {
 
-QString Songbook(const QString& dataDir)
-{
-    const QString dir = QDir(dataDir).filePath(QStringLiteral("songbook_1000000"));
-    const QString file = QDir(dir).filePath(QStringLiteral("song.db"));
-    if (!QFileInfo::exists(file)) {
-        QDir(dir).removeRecursively();
-        td::DemoOptions options;
-        options.songs = 1000000;
-        options.media = false;
-        td::CreateDemoSongbook(dir, options);
-    }
-    return file;
-}
-
-void Print(const char* name, double value, const char* unit) { std::printf("%s %.3f %s\n", name, value, unit); }
+using bench::Print;
 
 // Watches the event loop: a timer due every 10 ms, and the longest wait between two of its turns.
 class LoopWatch {
@@ -87,9 +73,7 @@ void Search(td::frmSong& song, const QString& code, const QString& value)
 
 int main(int argc, char** argv)
 {
-    qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    bench::PrepareApplication();
     QApplication app(argc, argv);
     const QStringList args = app.arguments();
     if (args.size() < 2) {
@@ -97,7 +81,7 @@ int main(int argc, char** argv)
         return 2;
     }
     const QString dataDir = args[1];
-    const QString book = args.size() > 2 ? args[2] : Songbook(dataDir);
+    const QString book = args.size() > 2 ? args[2] : bench::Songbook(dataDir, 1000000);
     // A program folder of its own, with the songbook's format files from beside the console.
     const QString appDir = QDir(dataDir).filePath(QStringLiteral("songbook_app"));
     QDir().mkpath(appDir + QStringLiteral("/KtvPublic"));

@@ -47,12 +47,10 @@ bool frmSong::indexRangeRefused(long long start, int count)
 
 bool frmSong::IndexItems()
 {
-    const QList<int> selected = selection();
-    const int n = int(selected.size()) - 1;
-    if (n == 0) {
-        MsgInfo(QStringLiteral("Please select a song to index"));
+    QList<int> selected;
+    const int n = selectionOrSay(selected, QStringLiteral("Please select a song to index"));
+    if (n == 0)
         return false;
-    }
     const QString suggestion = AppIniRead(QStringLiteral("DefaultStartIndex"), QStringLiteral("1000"));
     const std::optional<QString> answer = Dialogs().inputBox(
         QString::number(n) + QStringLiteral(" song(s) to be indexed.\nPlease input an available index from which to start."),
@@ -69,18 +67,10 @@ bool frmSong::IndexItems()
     BusyWindow busy(this);
     // With start 0 nothing is assigned: the save writes what the editor holds as changed.
     const int field = ctlFields_->GetFieldIndex(QStringLiteral("index"));
-    int indexed = 0;
-    ErrorTrap trap;
-    for (int i = 1; i <= n; ++i) {
+    const int indexed = saveSelected(selected, QStringLiteral("Index song(s) failed! "), [&](int i) {
         if (start != 0)
             ctlFields_->SetField(field, QStringLiteral("value"), QString::number(start + i - 1));
-        const Bookmark bookmark = ctlView_->MainItems().Tag(selected[i]);
-        if (!ctlFields_->SaveData(bookmark) || !trap.run([&] { return ctlView_->SaveViewItem(bookmark, selected[i]); })) {
-            MsgError(QStringLiteral("Index song(s) failed! ") + trap.suffix());
-            break;
-        }
-        ++indexed;
-    }
+    });
     LoadFieldDatas(selection());
     SetLogPane(QString::number(indexed) + QStringLiteral(" song(s) indexed."));
     return indexed == n;
@@ -88,12 +78,10 @@ bool frmSong::IndexItems()
 
 bool frmSong::RecountChars()
 {
-    const QList<int> selected = selection();
-    const int n = int(selected.size()) - 1;
-    if (n == 0) {
-        MsgInfo(QStringLiteral("Please select a song to be recounted"));
+    QList<int> selected;
+    const int n = selectionOrSay(selected, QStringLiteral("Please select a song to be recounted"));
+    if (n == 0)
         return false;
-    }
     if (MsgAsk(QString::number(n) + QStringLiteral(" songs' chars to be recounted. Continued?"), MsgButtons::OkCancel)
         != MsgAnswer::Ok)
         return false;

@@ -146,38 +146,49 @@ bool frmSong::SaveItem()
         MsgInfo(QStringLiteral("No field need to update!"));
         return false;
     }
-    const QList<int> selected = selection();
-    const int n = int(selected.size()) - 1;
-    if (n == 0) {
-        MsgInfo(QStringLiteral("Please select a song to update!"));
-        return false;
-    }
-    if (indexChangeRefused(n))
+    QList<int> selected;
+    const int n = selectionOrSay(selected, QStringLiteral("Please select a song to update!"));
+    if (n == 0 || indexChangeRefused(n))
         return false;
     BusyWindow busy(this);
-    int saved = 0;
-    ErrorTrap trap;
-    for (int i = 1; i <= n; ++i) {
-        const Bookmark bookmark = ctlView_->MainItems().Tag(selected[i]);
-        if (!ctlFields_->SaveData(bookmark) || !trap.run([&] { return ctlView_->SaveViewItem(bookmark, selected[i]); })) {
-            MsgError(QStringLiteral("Save item failed! ") + trap.suffix());
-            break;
-        }
-        ++saved;
-    }
+    const int saved = saveSelected(selected, QStringLiteral("Save item failed! "), [](int) {});
     LoadFieldDatas(selection());
     SetLogPane(QString::number(saved) + QStringLiteral(" saved!"));
     return saved == n;
 }
 
+// Tells the operator when nothing is selected; answers the count.
+int frmSong::selectionOrSay(QList<int>& selected, const QString& message) const
+{
+    ctlView_->GetViewSelections(selected);
+    const int n = int(selected.size()) - 1;
+    if (n == 0)
+        MsgInfo(message);
+    return n;
+}
+
+// Writes what the editor holds as changed into each selected song, first to last, and rewrites its
+// row; prepare(i) runs before the i-th save. Stops at the first failure; answers how many were saved.
+int frmSong::saveSelected(const QList<int>& selected, const QString& failure, const std::function<void(int)>& prepare)
+{
+    ErrorTrap trap;
+    for (int i = 1; i < selected.size(); ++i) {
+        prepare(i);
+        const Bookmark bookmark = ctlView_->MainItems().Tag(selected[i]);
+        if (!ctlFields_->SaveData(bookmark) || !trap.run([&] { return ctlView_->SaveViewItem(bookmark, selected[i]); })) {
+            MsgError(failure + trap.suffix());
+            return i - 1;
+        }
+    }
+    return int(selected.size()) - 1;
+}
+
 bool frmSong::DeleteItem()
 {
-    const QList<int> selected = selection();
-    const int n = int(selected.size()) - 1;
-    if (n == 0) {
-        MsgInfo(QStringLiteral("Please select a song to delete!"));
+    QList<int> selected;
+    const int n = selectionOrSay(selected, QStringLiteral("Please select a song to delete!"));
+    if (n == 0)
         return false;
-    }
     BusyWindow busy(this);
     const int position = std::max(1, selected[1] - 1);
     int deleted = 0;

@@ -63,25 +63,19 @@ void frmSong::buildPanelLayouts()
 bool frmSong::GetViewProperty() const { return AppFlag(kViewProperty); }
 bool frmSong::GetViewPreview() const { return AppFlag(kViewPreview); }
 
-void frmSong::SetViewProperty(bool visible)
+// The setting is stored at once, and the menu's check mark follows it.
+void frmSong::setViewFlag(const QString& key, const char* menuEntry, bool visible)
 {
-    AppIniWrite(kViewProperty, visible ? QStringLiteral("1") : QStringLiteral("0"));
+    AppIniWrite(key, visible ? QStringLiteral("1") : QStringLiteral("0"));
     if (MainFrame())
-        if (QAction* a = MainFrame()->menuAction(QStringLiteral("mnuSongViewProperty")))
+        if (QAction* a = MainFrame()->menuAction(QString::fromLatin1(menuEntry)))
             a->setChecked(visible);
     ArrangeMain();
     ArrangeRight();
 }
 
-void frmSong::SetViewPreview(bool visible)
-{
-    AppIniWrite(kViewPreview, visible ? QStringLiteral("1") : QStringLiteral("0"));
-    if (MainFrame())
-        if (QAction* a = MainFrame()->menuAction(QStringLiteral("mnuSongViewPreview")))
-            a->setChecked(visible);
-    ArrangeMain();
-    ArrangeRight();
-}
+void frmSong::SetViewProperty(bool visible) { setViewFlag(kViewProperty, "mnuSongViewProperty", visible); }
+void frmSong::SetViewPreview(bool visible) { setViewFlag(kViewPreview, "mnuSongViewPreview", visible); }
 
 // The operator's splitter position doesn't survive a resize of the window.
 void frmSong::resizeEvent(QResizeEvent*)

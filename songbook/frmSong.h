@@ -5,6 +5,7 @@
 #include <QList>
 #include <QVariantList>
 #include <QWidget>
+#include <functional>
 #include <memory>
 
 class QCheckBox;
@@ -113,6 +114,7 @@ private:
     void moveMainSplitter(int left);
     void moveRightSplitter(int top);
     void checkViewMenus();
+    void setViewFlag(const QString& key, const char* menuEntry, bool visible);
 
     // Events of the controls
     void ctlView_StateChanged(int total, int selected, const QString& message);
@@ -128,6 +130,8 @@ private:
     // Records
     QVariantList bookmarksOf(const QList<int>& selection) const;
     QList<int> selection() const;
+    int selectionOrSay(QList<int>& selected, const QString& message) const;
+    int saveSelected(const QList<int>& selected, const QString& failure, const std::function<void(int)>& prepare);
     bool anyFieldChanged() const;
     bool indexChangeRefused(int selected);
     bool indexRangeRefused(long long start, int count);
