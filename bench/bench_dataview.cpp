@@ -5,6 +5,7 @@
 //         command-line dump of the same table, and the peak memory of this process.
 // Without SONGBOOK.db the demo songbooks are generated once into DATA_DIR and kept; give the
 // song database benchmark's DATA_DIR to share its songbooks.
+#include "BenchSupport.h"
 #include "controls/ctlDataView.h"
 #include "songdb/Connection.h"
 #include "songdb/DemoSongbook.h"
@@ -28,20 +29,8 @@ const char* kFormat =
     "[Col_singer]\nCaption=Singer\n[Col_language]\nCaption=Language\n[Col_style]\nCaption=Style\n"
     "[Col_order_time]\nCaption=Ordered\n";
 
-// The generated songbooks of the console, shared with the song database benchmark: made once, kept.
-QString Songbook(const QString& dataDir, int songs)
-{
-    const QString dir = QDir(dataDir).filePath(QStringLiteral("songbook_%1").arg(songs));
-    const QString file = QDir(dir).filePath(QStringLiteral("song.db"));
-    if (!QFileInfo::exists(file)) {
-        QDir(dir).removeRecursively();
-        td::DemoOptions options;
-        options.songs = songs;
-        options.media = false;
-        td::CreateDemoSongbook(dir, options);
-    }
-    return file;
-}
+using bench::Print;
+using bench::Songbook;
 
 double PeakMegabytes()
 {
@@ -49,8 +38,6 @@ double PeakMegabytes()
     getrusage(RUSAGE_SELF, &usage);
     return double(usage.ru_maxrss) / 1024.0;
 }
-
-void Print(const char* name, double value, const char* unit) { std::printf("%s %.3f %s\n", name, value, unit); }
 
 struct Window {
     explicit Window(const QString& format)
@@ -118,10 +105,7 @@ void RunFill(const QString& format, const QString& big)
 
 int main(int argc, char** argv)
 {
-    // The offscreen platform complains about window size hints; the figures are what matters here.
-    qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    bench::PrepareApplication();
     QApplication app(argc, argv);
     const QStringList args = app.arguments();
     if (args.size() < 3) {

@@ -1,5 +1,6 @@
 #include "shell/Main.h"
 #include "shell/mdiMain.h"
+#include "songbook/frmSong.h"
 
 namespace td {
 
@@ -7,6 +8,7 @@ void RegisterWindows()
 {
     // The working windows register here as they are built; menus that reach a window not yet
     // registered say so.
+    mdiMain::registerWindow(QStringLiteral("frmSong"), [](mdiMain*) { return new frmSong; });
 }
 
 }  // namespace td

@@ -1,0 +1,132 @@
+// The songbook window on a generated songbook. Usage: bench_songbook DATA_DIR [SONGBOOK.db]
+// Figures: the first fill of the list, searches by singer and by title, choosing the singer search
+// type (which lists the singers), and selecting a song; for each the time until it shows and the
+// longest time the event loop went without a turn (a 10 ms timer's largest gap).
+// Without SONGBOOK.db the 1,000,000-song demo songbook is generated once into DATA_DIR and kept.
+#include "BenchSupport.h"
+#include "controls/ctlDataView.h"
+#include "shell/services/AppPaths.h"
+#include "shell/services/Ini.h"
+#include "songbook/frmSong.h"
+#include "songdb/SongSession.h"
+#include "songdb/SongSearch.h"
+#include "songdb/SongStatements.h"
+#include <QApplication>
+#include <QComboBox>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
+#include <QTimer>
+#include <cstdio>
+#include <functional>
+
+namespace {
+
+using bench::Print;
+
+// Watches the event loop: a timer due every 10 ms, and the longest wait between two of its turns.
+class LoopWatch {
+public:
+    LoopWatch()
+    {
+        QObject::connect(&timer_, &QTimer::timeout, [this] {
+            gap_ = std::max(gap_, last_.restart());
+        });
+        timer_.start(10);
+    }
+    // Runs the work and answers its seconds; longestGap() then holds its longest freeze.
+    double run(const std::function<void()>& work)
+    {
+        QCoreApplication::processEvents();
+        gap_ = 0;
+        last_.start();
+        QElapsedTimer t;
+        t.start();
+        work();
+        const double seconds = double(t.nsecsElapsed()) / 1e9;
+        gap_ = std::max(gap_, last_.elapsed());   // the stretch since the last turn counts too
+        return seconds;
+    }
+    double longestGap() const { return double(gap_) / 1000.0; }
+
+private:
+    QTimer timer_;
+    QElapsedTimer last_;
+    qint64 gap_ = 0;
+};
+
+int TypeRow(td::frmSong& song, const QString& code)
+{
+    const int row = song.cboSearchType()->findText(td::SearchTypeCaption(code));
+    return row < 0 ? 0 : row;
+}
+
+void Search(td::frmSong& song, const QString& code, const QString& value)
+{
+    song.cboSearchType()->setCurrentIndex(TypeRow(song, code));
+    song.cboSearchValue()->setEditText(value);
+    song.LoadData();
+}
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
+    bench::PrepareApplication();
+    QApplication app(argc, argv);
+    const QStringList args = app.arguments();
+    if (args.size() < 2) {
+        std::fprintf(stderr, "usage: bench_songbook DATA_DIR [SONGBOOK.db]\n");
+        return 2;
+    }
+    const QString dataDir = args[1];
+    const QString book = args.size() > 2 ? args[2] : bench::Songbook(dataDir, 1000000);
+    // A program folder of its own, with the songbook's format files from beside the console.
+    const QString appDir = QDir(dataDir).filePath(QStringLiteral("songbook_app"));
+    QDir().mkpath(appDir + QStringLiteral("/KtvPublic"));
+    td::SetAppPath(appDir);
+    for (const char* name : {"ListSong.ini", "ListMedia.ini"}) {
+        QFile::remove(appDir + u'/' + QString::fromLatin1(name));
+        QFile::copy(QCoreApplication::applicationDirPath() + QStringLiteral("/../") + QString::fromLatin1(name),
+                    appDir + u'/' + QString::fromLatin1(name));
+    }
+    QString local = book;
+    td::DatabaseHomePath(QStringLiteral("SongServer"), local, true);
+    if (!td::SongOpenDatabase()) {
+        std::fprintf(stderr, "cannot open %s\n", qPrintable(book));
+        return 1;
+    }
+
+    LoopWatch watch;
+    td::frmSong song;
+    song.tmrLoadData()->stop();
+    song.resize(1200, 800);
+    song.show();
+
+    Print("songbook_first_fill_1m", watch.run([&] { song.LoadData(); }), "s");
+    Print("songbook_first_fill_longest_freeze", watch.longestGap(), "s");
+    Print("songbook_rows_1m", song.ctlView()->MainItems().Count(), "rows");
+
+    std::unique_ptr<td::Recordset> pick;
+    td::SongOpenRecordset(QStringLiteral("select singer from song where id=500000"), pick);
+    const QString singer = pick->text(0, 0);
+    Print("songbook_search_singer", watch.run([&] { Search(song, QStringLiteral("singer"), singer); }), "s");
+    Print("songbook_search_singer_longest_freeze", watch.longestGap(), "s");
+    Print("songbook_search_singer_rows", song.ctlView()->MainItems().Count(), "rows");
+    Print("songbook_search_title", watch.run([&] { Search(song, QStringLiteral("song"), QStringLiteral("Love Night")); }), "s");
+    Print("songbook_search_title_longest_freeze", watch.longestGap(), "s");
+    Print("songbook_search_title_rows", song.ctlView()->MainItems().Count(), "rows");
+
+    Print("songbook_choose_singer_type", watch.run([&] {
+              song.cboSearchType()->setCurrentIndex(TypeRow(song, QStringLiteral("singer")));
+              song.cboSearchType()->activated(song.cboSearchType()->currentIndex());
+          }), "s");
+    Print("songbook_choose_singer_type_longest_freeze", watch.longestGap(), "s");
+    Print("songbook_singer_values", song.cboSearchValue()->count(), "names");
+
+    Search(song, QStringLiteral("song"), QString());
+    Print("songbook_select_song", watch.run([&] { song.ctlView()->MoveTo(654321); }), "s");
+    td::SongCloseDatabase();
+    return 0;
+}

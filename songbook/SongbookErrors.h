@@ -1,0 +1,45 @@
+#pragma once
+#include "shell/services/AppError.h"
+#include "songdb/Recordset.h"
+#include <QString>
+#include <memory>
+
+namespace td {
+
+// Runs a step that may throw and keeps the error's description for the message that follows;
+// a step that throws counts as a step that answered false.
+class ErrorTrap {
+public:
+    template <typename Step>
+    bool run(Step step)
+    {
+        try {
+            return step();
+        } catch (const std::exception& e) {
+            auto* app = dynamic_cast<const AppError*>(&e);
+            description_ = app ? app->description() : QString::fromUtf8(e.what());
+            return false;
+        }
+    }
+    // " Err=" and the description, or nothing when no step threw.
+    QString suffix() const { return ErrSuffix(description_); }
+
+private:
+    QString description_;
+};
+
+// Opens a recordset on the song database without a message of its own: the caller tells the
+// operator in its own words. Throws AppError.
+std::unique_ptr<Recordset> OpenSongRecordset(const QString& sql);
+
+// A write that failed half way leaves no edit pending on the recordset.
+inline void CancelPendingEdit(Recordset* rs)
+{
+    try {
+        if (rs && rs->IsOpen() && rs->editMode() != Recordset::EditMode::None)
+            rs->CancelUpdate();
+    } catch (const std::exception&) {
+    }
+}
+
+}  // namespace td

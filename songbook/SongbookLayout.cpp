@@ -1,0 +1,144 @@
+// The panels of the songbook: the button bar at the left, the list, the vertical splitter, and the
+// right-hand panel with the tabs over the preview.
+#include "controls/Twips.h"
+#include "controls/ctlButtons.h"
+#include "controls/ctlDataFields.h"
+#include "controls/ctlDataView.h"
+#include "shell/mdiMain.h"
+#include "shell/services/AppError.h"
+#include "shell/services/Ini.h"
+#include "songbook/PreviewPanel.h"
+#include "songbook/SplitterBar.h"
+#include "songbook/frmSong.h"
+#include <QAction>
+#include <QComboBox>
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QVBoxLayout>
+#include <algorithm>
+
+namespace td {
+
+namespace {
+
+const QString kViewProperty = QStringLiteral("SongViewProperty");
+const QString kViewPreview = QStringLiteral("SongViewPreview");
+
+bool AppFlag(const QString& key) { return NumericValue(AppIniRead(key, QStringLiteral("1"))) != 0; }
+
+QVBoxLayout* edgeToEdge(QWidget* panel)
+{
+    auto* layout = new QVBoxLayout(panel);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    return layout;
+}
+
+}  // namespace
+
+// Panels other than the four main ones and the right-hand pair lay their children out edge to edge.
+void frmSong::buildPanelLayouts()
+{
+    edgeToEdge(picButton_)->addWidget(ctlButtons_);
+    auto* search = new QHBoxLayout(picSearch_);
+    search->setContentsMargins(2, 2, 2, 2);
+    search->addWidget(cboSearchType_, 2);
+    search->addWidget(cboSearchValue_, 3);
+    search->addWidget(cmdSearch_);
+    QVBoxLayout* view = edgeToEdge(picView_);
+    view->addWidget(picSearch_);
+    view->addWidget(ctlView_, 1);
+    edgeToEdge(picRight2_)->addWidget(tabRight_);
+    edgeToEdge(picField_)->addWidget(ctlFields_);
+    picRight_->installEventFilter(this);
+    const int bar = TwipsToPixels(90, this);
+    lblMove_->resize(bar, bar);
+    lblMove2_->resize(bar, bar);
+    picButton_->resize(TwipsToPixels(1600, this), height());
+    moveLeft_ = 1 << 20;   // beyond any width: the first arrangement puts it at two thirds
+}
+
+bool frmSong::GetViewProperty() const { return AppFlag(kViewProperty); }
+bool frmSong::GetViewPreview() const { return AppFlag(kViewPreview); }
+
+// The setting is stored at once, and the menu's check mark follows it.
+void frmSong::setViewFlag(const QString& key, const char* menuEntry, bool visible)
+{
+    AppIniWrite(key, visible ? QStringLiteral("1") : QStringLiteral("0"));
+    if (MainFrame())
+        if (QAction* a = MainFrame()->menuAction(QString::fromLatin1(menuEntry)))
+            a->setChecked(visible);
+    ArrangeMain();
+    ArrangeRight();
+}
+
+void frmSong::SetViewProperty(bool visible) { setViewFlag(kViewProperty, "mnuSongViewProperty", visible); }
+void frmSong::SetViewPreview(bool visible) { setViewFlag(kViewPreview, "mnuSongViewPreview", visible); }
+
+// The operator's splitter position doesn't survive a resize of the window.
+void frmSong::resizeEvent(QResizeEvent*)
+{
+    moveLeft_ = width() * 2 / 3;
+    ArrangeMain();
+}
+
+void frmSong::ArrangeMain()
+{
+    const int w = width(), h = height();
+    const bool wanted = GetViewProperty() || GetViewPreview();
+    if (moveLeft_ >= w)
+        moveLeft_ = w * 2 / 3;
+    const int bar = lblMove_->width();
+    lblMove_->setGeometry(moveLeft_, 0, bar, h);
+    lblMove_->setVisible(wanted);
+    const int rightWidth = wanted ? std::max(0, w - moveLeft_ - bar) : 0;
+    picRight_->setGeometry(w - rightWidth, 0, rightWidth, h);
+    picRight_->setVisible(rightWidth > 0);
+    picButton_->setGeometry(0, 0, picButton_->width(), h);
+    const int viewWidth = w - rightWidth - picButton_->width() - (wanted ? bar : 0);
+    picView_->setGeometry(picButton_->width(), 0, std::max(0, viewWidth), h);
+}
+
+// The preview keeps a 4:3 picture over the panel's width, plus room for its frame and transport row.
+void frmSong::ArrangeRight()
+{
+    const int w = picRight_->width(), h = picRight_->height();
+    const bool property = GetViewProperty(), preview = GetViewPreview();
+    const int previewHeight = (w - 2 * picRight2_->x() - TwipsToPixels(120, this)) * 3 / 4 + TwipsToPixels(900, this);
+    const int bar = lblMove2_->height();
+    // Until the operator drags it, the splitter follows the preview's height.
+    if (!move2Placed_ || move2Top_ >= height())
+        move2Top_ = std::max(TwipsToPixels(120, this), h - bar - previewHeight);
+    lblMove2_->setGeometry(0, move2Top_, w, bar);
+    lblMove2_->setVisible(property && preview);
+    picRight2_->setVisible(property);
+    picRight2_->setGeometry(0, 0, w, preview ? move2Top_ : h);
+    picMoni_->setVisible(preview);
+    const int moniTop = property ? move2Top_ + bar : 0;
+    picMoni_->setGeometry(0, moniTop, w, std::max(0, h - moniTop));
+}
+
+void frmSong::moveMainSplitter(int left)
+{
+    moveLeft_ = std::clamp(left, TwipsToPixels(120, this), std::max(TwipsToPixels(120, this), width() - TwipsToPixels(240, this)));
+    ArrangeMain();
+}
+
+void frmSong::moveRightSplitter(int top)
+{
+    const int h = picRight_->height();
+    move2Top_ = std::clamp(top, TwipsToPixels(120, this), std::max(TwipsToPixels(120, this), h - TwipsToPixels(240, this)));
+    move2Placed_ = true;
+    ArrangeRight();
+}
+
+bool frmSong::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == picRight_ && event->type() == QEvent::Resize)
+        ArrangeRight();
+    return QWidget::eventFilter(watched, event);
+}
+
+}  // namespace td

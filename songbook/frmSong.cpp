@@ -1,0 +1,235 @@
+#include "songbook/frmSong.h"
+#include "controls/StatusStrip.h"
+#include "controls/ctlButtons.h"
+#include "controls/ctlDataFields.h"
+#include "controls/ctlDataView.h"
+#include "regions/WindowText.h"
+#include "shell/mdiMain.h"
+#include "shell/services/AppPaths.h"
+#include "songbook/PreviewPanel.h"
+#include "songbook/SplitterBar.h"
+#include <QAction>
+#include <QCheckBox>
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QCursor>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTimer>
+
+namespace td {
+
+frmSong::frmSong(QWidget* parent) : QWidget(parent)
+{
+    setObjectName(QStringLiteral("frmSong"));
+    setWindowTitle(QStringLiteral("Songbook"));
+    buildControls();
+    connectEvents();
+    Form_Load();
+}
+
+frmSong::~frmSong()
+{
+    // The controls let go of the recordsets before these close.
+    ctlView_->mrsMain = nullptr;
+    ctlFields_->mrsMain = nullptr;
+    ctlMedia_->mrsMain = nullptr;
+    if (rsSong_)
+        rsSong_->Close();
+    if (rsMedia_)
+        rsMedia_->Close();
+}
+
+void frmSong::buildControls()
+{
+    picButton_ = new QWidget(this);
+    picButton_->setObjectName(QStringLiteral("picButton"));
+    ctlButtons_ = new ctlButtons(picButton_);
+    ctlButtons_->setObjectName(QStringLiteral("ctlButtons"));
+
+    picView_ = new QWidget(this);
+    picView_->setObjectName(QStringLiteral("picView"));
+    buildSearchPanel();
+    ctlView_ = new ctlDataView(picView_);
+    ctlView_->setObjectName(QStringLiteral("ctlView"));
+
+    lblMove_ = new SplitterBar(Qt::Vertical, this);
+    lblMove_->setObjectName(QStringLiteral("lblMove"));
+    buildRightPanel();
+
+    tmrLoadData_ = new QTimer(this);
+    tmrLoadData_->setObjectName(QStringLiteral("tmrLoadData"));
+    tmrLoadData_->setSingleShot(true);
+    buildPanelLayouts();
+}
+
+void frmSong::buildRightPanel()
+{
+    picRight_ = new QWidget(this);
+    picRight_->setObjectName(QStringLiteral("picRight"));
+    picRight2_ = new QWidget(picRight_);
+    picRight2_->setObjectName(QStringLiteral("picRight2"));
+    tabRight_ = new QTabWidget(picRight2_);
+    tabRight_->setObjectName(QStringLiteral("tabRight"));
+    tabRight_->setDocumentMode(true);
+
+    picField_ = new QWidget;
+    picField_->setObjectName(QStringLiteral("picField"));
+    ctlFields_ = new ctlDataFields(picField_);
+    ctlFields_->setObjectName(QStringLiteral("ctlFields"));
+    tabRight_->addTab(picField_, QStringLiteral("Property"));
+    tabRight_->tabBar()->setTabData(0, QStringLiteral("field"));
+
+    buildMediaPage();
+    tabRight_->addTab(picMedia_, QStringLiteral("Media files"));
+    tabRight_->tabBar()->setTabData(1, QStringLiteral("media"));
+
+    lblMove2_ = new SplitterBar(Qt::Horizontal, picRight_);
+    lblMove2_->setObjectName(QStringLiteral("lblMove2"));
+    picMoni_ = new PreviewPanel(picRight_);
+}
+
+void frmSong::connectEvents()
+{
+    connect(ctlButtons_, &ctlButtons::Click, this,
+            [this](int index) { ExecuteCommand(ctlButtons_->GetButton(index, QStringLiteral("class"))); });
+    connect(ctlView_, &ctlDataView::DblClick, this, [this] { PlaySong(QStringLiteral("songbook"), QStringLiteral("preview")); });
+    connect(ctlView_, &ctlDataView::MouseUp, this, [this](int button, int, int, int) { ctlView_MouseUp(button); });
+    connect(ctlView_, &ctlDataView::ItemsSelected, this, [this](const QList<int>& sel) { LoadFieldDatas(sel); });
+    connect(ctlView_, &ctlDataView::StateChanged, this, &frmSong::ctlView_StateChanged);
+    connect(ctlFields_, &ctlDataFields::AfterValueChanged, this,
+            [this](int index, const QString&, const QString& newValue) { ctlFields_AfterValueChanged(index, newValue); });
+    connect(ctlFields_, &ctlDataFields::Click, this, &frmSong::ctlFields_Click);
+    connect(ctlMedia_, &ctlDataView::DblClick, this, &frmSong::ctlMedia_DblClick);
+    connect(ctlMedia_, &ctlDataView::MouseUp, this, [this](int button, int, int, int) { ctlMedia_MouseUp(button); });
+    connect(cboSearchType_, &QComboBox::activated, this, [this] { cboSearchType_Click(); });
+    connect(cmdSearch_, &QPushButton::clicked, this, &frmSong::cmdSearch_Click);
+    connect(cboSearchValue_->lineEdit(), &QLineEdit::returnPressed, this, &frmSong::cmdSearch_Click);
+    connect(cmdMedia_, &QPushButton::clicked, this, &frmSong::SearchMedia);
+    connect(lblMove_, &SplitterBar::dragged, this, &frmSong::moveMainSplitter);
+    connect(lblMove2_, &SplitterBar::dragged, this, &frmSong::moveRightSplitter);
+    connect(tmrLoadData_, &QTimer::timeout, this, [this] { LoadData(); });
+}
+
+void frmSong::Form_Load()
+{
+    ExportWindowText(this);
+    ApplyWindowText(this);
+    LoadFormat();
+    // The list fills a second after the window shows, so the frame answers before a large songbook is read.
+    tmrLoadData_->start(1000);
+    picMoni_->LoadLogo();
+    picMoni_->LoadVolume();
+    checkViewMenus();
+    if (MainFrame())
+        if (QMenu* m = MainFrame()->menu(QStringLiteral("mnuSong")))
+            m->menuAction()->setVisible(true);
+    lblMove_->setFrameShape(QFrame::NoFrame);
+    lblMove2_->setFrameShape(QFrame::NoFrame);
+}
+
+bool frmSong::LoadFormat()
+{
+    iniFile_ = AppPath() + QStringLiteral("/ListSong.ini");
+    LoadSearchType();
+    ctlView_->setIniFile(iniFile_);
+    ctlView_->LoadViewFormat();
+    ctlButtons_->setIniFile(iniFile_);
+    ctlButtons_->LoadButtonFormat();
+    ctlFields_->setIniFile(iniFile_);
+    ctlFields_->LoadFieldFormat();
+    prepareMediaTab();
+    return true;
+}
+
+void frmSong::checkViewMenus()
+{
+    if (!MainFrame())
+        return;
+    if (QAction* a = MainFrame()->menuAction(QStringLiteral("mnuSongViewProperty")))
+        a->setChecked(GetViewProperty());
+    if (QAction* a = MainFrame()->menuAction(QStringLiteral("mnuSongViewPreview")))
+        a->setChecked(GetViewPreview());
+}
+
+void frmSong::ExecuteCommand(const QString& command)
+{
+    setFocus();
+    const QString c = command.toLower();
+    if (c == u"first")
+        ctlView_->MoveFirst();
+    else if (c == u"previous")
+        ctlView_->MovePrevious();
+    else if (c == u"next")
+        ctlView_->MoveNext();
+    else if (c == u"last")
+        ctlView_->MoveLast();
+    else if (c == u"selectall")
+        ctlView_->SelectAll();
+    else if (c == u"deselect")
+        ctlView_->DeSelect();
+    else if (c == u"add") {
+        const QString tab = tabRight_->tabBar()->tabData(tabRight_->currentIndex()).toString();
+        if (tab == u"field")
+            AddItem();
+        else if (tab == u"media")
+            AddMedia();
+    } else if (c == u"save")
+        SaveItem();
+    else if (c == u"delete")
+        DeleteItem();
+    else if (c == u"index")
+        IndexItems();
+    else if (c == u"chars")
+        RecountChars();
+    else if (c == u"refresh")
+        LoadData();
+    else if (c == u"showproperty" || c == u"hideproperty")
+        SetViewProperty(c == u"showproperty");
+    else if (c == u"showpreview" || c == u"hidepreview")
+        SetViewPreview(c == u"showpreview");
+}
+
+void frmSong::ctlView_StateChanged(int total, int selected, const QString& message)
+{
+    mdiMain* frame = MainFrame();
+    if (!frame)
+        return;
+    if (total >= 0)
+        frame->setPane(QStringLiteral("total"), QString::number(total) + QStringLiteral(" song(s)"));
+    if (selected >= 0)
+        frame->setPane(QStringLiteral("selected"), QString::number(selected) + QStringLiteral(" selected"));
+    frame->setPane(QStringLiteral("log"), message);
+}
+
+void frmSong::ctlView_MouseUp(int button)
+{
+    if (button != 2 || !MainFrame())
+        return;
+    if (QMenu* m = MainFrame()->menu(QStringLiteral("mnuSong")))
+        m->popup(QCursor::pos());
+}
+
+// A list that is still filling stops where it is; a click on its last rows completes it later.
+void frmSong::stopListLoad()
+{
+    if (listLoading_)
+        ctlView_->statusStrip()->cancelButton()->click();
+}
+
+void frmSong::closeEvent(QCloseEvent* event)
+{
+    StopSong();
+    stopListLoad();
+    if (MainFrame())
+        if (QMenu* m = MainFrame()->menu(QStringLiteral("mnuSong")))
+            m->menuAction()->setVisible(false);
+    event->accept();
+}
+
+// Keys reach the window and do nothing here.
+void frmSong::keyPressEvent(QKeyEvent*) {}
+
+}  // namespace td

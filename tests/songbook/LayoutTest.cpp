@@ -1,0 +1,61 @@
+// The right-hand panel follows the two view settings; the splitters stop short of the edges.
+#include "SongbookFixture.h"
+#include "controls/Twips.h"
+#include "shell/mdiMain.h"
+#include "shell/services/Ini.h"
+#include "songbook/PreviewPanel.h"
+#include "songbook/SplitterBar.h"
+#include "songbook/frmSong.h"
+#include <QAction>
+
+using namespace td;
+
+namespace {
+
+class SongbookLayout : public test::SongbookFixture {
+protected:
+    void SetUp() override
+    {
+        openSongbook();
+        song->resize(1200, 800);
+    }
+};
+
+TEST_F(SongbookLayout, HidingBothPanelsGivesTheListTheWholeWidthAndShowingBringsThemBack)
+{
+    song->lblMove()->dragged(700);
+    song->ExecuteCommand(QStringLiteral("hideproperty"));
+    song->ExecuteCommand(QStringLiteral("hidepreview"));
+    EXPECT_EQ(AppIniRead(QStringLiteral("SongViewProperty"), {}), QStringLiteral("0"));
+    EXPECT_EQ(AppIniRead(QStringLiteral("SongViewPreview"), {}), QStringLiteral("0"));
+    EXPECT_FALSE(frame->menuAction(QStringLiteral("mnuSongViewPreview"))->isChecked());
+    EXPECT_FALSE(song->picRight()->isVisibleTo(song));
+    EXPECT_EQ(song->picView()->geometry().right(), song->width() - 1);
+
+    song->ExecuteCommand(QStringLiteral("showpreview"));
+    EXPECT_TRUE(song->picRight()->isVisibleTo(song));
+    EXPECT_EQ(song->picRight()->x(), 700 + song->lblMove()->width());
+    EXPECT_TRUE(song->picMoni()->isVisibleTo(song));
+    EXPECT_FALSE(song->picRight2()->isVisibleTo(song));
+    EXPECT_EQ(song->picMoni()->y(), 0);   // with the property panel hidden, the preview starts at the top
+    EXPECT_TRUE(frame->menuAction(QStringLiteral("mnuSongViewPreview"))->isChecked());
+}
+
+TEST_F(SongbookLayout, SplittersStopShortOfTheEdges)
+{
+    const int near = TwipsToPixels(120, song), far = TwipsToPixels(240, song);
+    song->lblMove()->dragged(-50);
+    EXPECT_EQ(song->lblMove()->x(), near);
+    song->lblMove()->dragged(5000);
+    EXPECT_EQ(song->lblMove()->x(), song->width() - far);
+    song->lblMove()->dragged(600);
+    song->lblMove2()->dragged(-50);
+    EXPECT_EQ(song->lblMove2()->y(), near);
+    song->lblMove2()->dragged(5000);
+    EXPECT_EQ(song->lblMove2()->y(), song->picRight()->height() - far);
+    // A resize of the window puts the splitter back at two thirds.
+    song->resize(900, 700);
+    EXPECT_EQ(song->lblMove()->x(), 600);
+}
+
+}  // namespace
