@@ -1,11 +1,16 @@
 #include "config/frmDatabase.h"
 #include "shell/AboutBox.h"
+#include "shell/Main.h"
 #include "shell/mdiMain.h"
 #include "shell/services/TextStore.h"
 #include "shell/services/Translate.h"
+#include "songdb/Schema.h"
+#include "songdb/SongSession.h"
 #include "support/QtApp.h"
 #include "support/ScriptedDialogs.h"
 #include "support/TempAppDir.h"
+#include <QCoreApplication>
+#include <QDir>
 #include <QDirIterator>
 #include <QFile>
 #include <QRegularExpression>
@@ -50,6 +55,10 @@ QSet<QString> windowKeys()
         mdiMain frame;
         frmDatabase database;
         AboutBox about;
+        // The songbook reads its format files and lists its search types from an open database.
+        RegisterWindows();
+        frame.ShowWindow(QStringLiteral("frmSong"));
+        QCoreApplication::processEvents();
     }
     SetTranslateObserver(nullptr);
     return keys;
@@ -60,6 +69,12 @@ TEST(EnglishTextFile, HoldsEveryTextOfTheConsole)
     test::EnsureQtApp();
     test::TempAppDir dir;
     test::ScriptedDialogs dialogs;
+    for (const QString& name : QDir(kSourceDir + QStringLiteral("/data")).entryList({QStringLiteral("*.ini")}))
+        QFile::copy(kSourceDir + QStringLiteral("/data/") + name, dir.file(name));
+    QString songs = dir.file(QStringLiteral("song.db"));
+    CreateSongDatabase(songs, QStringLiteral("Chinese"));
+    DatabaseHomePath(QStringLiteral("SongServer"), songs, true);
+    ASSERT_TRUE(SongOpenDatabase());
     QSet<QString> wanted = literalKeys() + windowKeys();
     wanted.remove(QString());
 
@@ -82,6 +97,7 @@ TEST(EnglishTextFile, HoldsEveryTextOfTheConsole)
             WriteTextValue(proposed, QStringLiteral("Resource"), key, key);
         WriteTextStore(QStringLiteral(TUNEDESK_BINARY_DIR) + QStringLiteral("/string.txt.proposed"), proposed);
     }
+    SongCloseDatabase();
     EXPECT_TRUE(missing.isEmpty()) << missing.size() << " texts lack a line in " << file.toStdString() << ":\n  "
                                    << missing.join(QStringLiteral("\n  ")).toStdString();
 }

@@ -1,6 +1,6 @@
 #pragma once
 #include "shell/services/Shell.h"
-#include "songdb/QtPrint.h"   // texts in failures
+#include "support/QtPrint.h"   // texts in failures
 #include "support/ScriptedDialogs.h"
 #include "support/TempAppDir.h"
 #include <QStringList>
