@@ -70,7 +70,11 @@ void Recordset::Requery()
     checkOpen();
     clearEdit();
     std::vector<qint64> keys;
-    auto rows = source_.backend->query(source_.nativeSql, source_.keyed, &keys, [this] { releaseRows(); });
+    auto rows = source_.backend->query(source_.nativeSql, source_.keyed, &keys, [&] {
+        const std::size_t expected = keys_.size();   // sized once, not grown by doubling
+        releaseRows();
+        keys.reserve(expected);
+    });
     load(std::move(rows), std::move(keys));
 }
 

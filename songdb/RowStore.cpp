@@ -92,12 +92,23 @@ std::uint32_t RowStore::storeText(int c, const char* utf8, qsizetype size, bool&
     if (size == 0 || size > kShortText)
         return storeBytes(utf8, size, big);
     Recent& recent = recent_[std::size_t(c)];
+    if (recent.skip > 0) {
+        --recent.skip;
+        return storeBytes(utf8, size, big);
+    }
+    constexpr std::uint32_t kProbe = 1024, kPause = 16 * kProbe;
+    if (++recent.tries == kProbe) {
+        if (recent.hits < kProbe / 8)
+            recent.skip = kPause;
+        recent.tries = recent.hits = 0;
+    }
     for (int i = 0; i < Recent::kSlots; ++i) {
         if (recent.size[i] != std::uint32_t(size))
             continue;
         const std::uint32_t ref = recent.ref[i];
         if (std::memcmp(arenaChunks_[ref >> kArenaShift].get() + (ref & (kArenaChunk - 1)), utf8, std::size_t(size)) == 0) {
             big = false;
+            ++recent.hits;
             return ref;
         }
     }

@@ -80,11 +80,15 @@ private:
     std::vector<QByteArray> big_;        // values too large for an arena chunk
     // The last few short texts stored per column. Songbooks repeat a column's value row after row
     // (library, language, style, editor, time), and a repeat shares the bytes stored first.
+    // A column that seldom repeats (titles, file names) stops looking for a while.
     struct Recent {
         static constexpr int kSlots = 8;
         std::uint32_t ref[kSlots] = {};
         std::uint32_t size[kSlots] = {};   // 0: free
         int next = 0;
+        std::uint32_t tries = 0;
+        std::uint32_t hits = 0;
+        std::uint32_t skip = 0;            // texts still to store without looking
     };
     std::vector<Recent> recent_;
 };
