@@ -27,7 +27,7 @@ RecordRow::RecordRow(const Recordset& rs, const std::vector<ViewColumn>& columns
 
 void RecordRow::joinedText(qsizetype position, QString& joined) const
 {
-    joined.clear();
+    joined.truncate(0);   // keeps the buffer, where clear() would free it on every row
     for (std::size_t i = 0; i < fields_.size(); ++i) {
         if (i > 0)
             joined += QChar(ViewRows::kSeparator);
