@@ -27,11 +27,13 @@ RecordRow::RecordRow(const Recordset& rs, const std::vector<ViewColumn>& columns
 
 void RecordRow::joinedText(qsizetype position, QString& joined) const
 {
-    joined.clear();
-    bool first = true;
-    for (int field : fields_) {
-        AppendCell(joined, rs_.text(position, field), first);
-        first = false;
+    joined.truncate(0);   // keeps the buffer, where clear() would free it on every row
+    for (std::size_t i = 0; i < fields_.size(); ++i) {
+        if (i > 0)
+            joined += QChar(ViewRows::kSeparator);
+        const qsizetype start = joined.size();
+        rs_.appendText(position, fields_[i], joined);
+        BlankSeparators(joined, start);
     }
 }
 

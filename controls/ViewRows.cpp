@@ -8,16 +8,22 @@ namespace {
 constexpr quint32 kChunkUnits = 1u << 20;   // 2 MB of text per chunk
 }
 
+void BlankSeparators(QString& joined, qsizetype from)
+{
+    const QStringView tail = QStringView(joined).mid(from);
+    if (!tail.contains(QChar(ViewRows::kSeparator)))
+        return;
+    auto* text = reinterpret_cast<char16_t*>(joined.data());
+    std::replace(text + from, text + joined.size(), ViewRows::kSeparator, u' ');
+}
+
 void AppendCell(QString& joined, QStringView cell, bool first)
 {
     if (!first)
         joined += QChar(ViewRows::kSeparator);
-    // A separator inside a value would shift the columns after it.
     const qsizetype start = joined.size();
     joined += cell;
-    for (qsizetype i = start; i < joined.size(); ++i)
-        if (joined[i] == QChar(ViewRows::kSeparator))
-            joined[i] = u' ';
+    BlankSeparators(joined, start);
 }
 
 void ViewRows::clear()

@@ -60,5 +60,8 @@ private:
 
 // Joins the texts of one row the way ViewRows keeps them.
 void AppendCell(QString& joined, QStringView cell, bool first);
+// Blanks the separators in joined from position from on: a separator inside a value would shift
+// the columns after it.
+void BlankSeparators(QString& joined, qsizetype from);
 
 }  // namespace td

@@ -1,6 +1,7 @@
 #include "controls/ctlDataView.h"
 #include "controls/StatusStrip.h"
 #include "controls/Twips.h"
+#include "controls/UiYield.h"
 #include "controls/VbInput.h"
 #include "shell/services/AppError.h"
 #include "shell/services/Dialogs.h"
@@ -180,9 +181,16 @@ bool ctlDataView::LoadViewData(int piMaxItem)
 void ctlDataView::addUnseen(const RecordRow& reader, const std::vector<bool>& seen, int maxItems, bool refreshing)
 {
     const qsizetype n = qsizetype(seen.size());
-    model_->reserveRows(model_->rows().count() + n);
+    // Room for exactly the rows to come: a refresh adds few, and a list of a million rows should
+    // not reserve a second million. Short loads (a hundred more on a click) grow as usual.
+    if (maxItems == 0)
+        model_->reserveRows(model_->rows().count() + std::count(seen.begin(), seen.end(), false));
     QString scratch;
     int added = 0;
+    // Every paint after new rows lays out the whole list again, which at a million rows costs more
+    // than filling; the first rows show at once, more join a few times a second.
+    UiYield publishing(250);
+    bool shown = false;
     for (qsizetype pos = 0; pos < n; ++pos) {
         if (!seen[std::size_t(pos)]) {
             appendRecord(reader, pos, scratch);
@@ -197,7 +205,11 @@ void ctlDataView::addUnseen(const RecordRow& reader, const std::vector<bool>& se
         if (counter % 10 == 0)
             strip_->StepStatus(counter);
         if (counter % 1000 == 0) {
-            model_->publish();
+            if (!shown || publishing.due()) {
+                model_->publish();
+                publishing.restart();
+                shown = true;
+            }
             if (strip_->YieldAndCheckCancel())
                 break;
         }

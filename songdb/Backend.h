@@ -2,6 +2,7 @@
 #include "songdb/RowStore.h"
 #include <QString>
 #include <QVariant>
+#include <functional>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -36,6 +37,16 @@ public:
     // Runs a statement with rows. When keyed, its first column is the row key and goes to keys,
     // not into the store.
     virtual std::unique_ptr<RowStore> query(const QString& sql, bool keyed, std::vector<qint64>* keys) = 0;
+    // As query, calling beforeRows once the statement has run far enough to fail, before the first
+    // row is stored: a caller that reads its rows again drops the old ones there, so a big result
+    // is never held twice.
+    virtual std::unique_ptr<RowStore> query(const QString& sql, bool keyed, std::vector<qint64>* keys,
+                                            const std::function<void()>& beforeRows)
+    {
+        auto rows = query(sql, keyed, keys);
+        beforeRows();
+        return rows;
+    }
     // Runs a statement without rows; answers the number of rows it changed.
     virtual qint64 execute(const QString& sql) = 0;
     // Creates table in the database file (empty file: this database) with the columns and rows of

@@ -40,4 +40,25 @@ QString DateToStore(const QVariant& value)
     }
 }
 
+bool HasStoreShape(QByteArrayView utf8)
+{
+    static constexpr char kShape[] = "dddd-dd-dd dd:dd:dd";
+    if (utf8.size() != qsizetype(sizeof kShape) - 1)
+        return false;
+    for (qsizetype i = 0; i < utf8.size(); ++i) {
+        const char c = utf8[i];
+        if (kShape[i] == 'd' ? (c < '0' || c > '9') : c != kShape[i])
+            return false;
+    }
+    return true;
+}
+
+QString DateText(const QString& stored)
+{
+    if (HasStoreShape(QByteArrayView(stored.toLatin1())))
+        return stored;
+    const QString text = DateToStore(stored);
+    return text.isEmpty() ? stored : text;
+}
+
 }  // namespace td

@@ -38,6 +38,7 @@ void Recordset::load(std::unique_ptr<RowStore> rows, std::vector<Bookmark> keys)
             keys[std::size_t(i)] = i + 1;
     }
     keys_ = std::move(keys);
+    keysAscending_ = std::is_sorted(keys_.begin(), keys_.end());
     order_.resize(std::size_t(n));
     for (qsizetype i = 0; i < n; ++i)
         order_[std::size_t(i)] = std::uint32_t(i);
@@ -69,8 +70,27 @@ void Recordset::Requery()
     checkOpen();
     clearEdit();
     std::vector<qint64> keys;
-    auto rows = source_.backend->query(source_.nativeSql, source_.keyed, &keys);
+    auto rows = source_.backend->query(source_.nativeSql, source_.keyed, &keys, [&] {
+        const std::size_t expected = keys_.size();   // sized once, not grown by doubling
+        releaseRows();
+        keys.reserve(expected);
+    });
     load(std::move(rows), std::move(keys));
+}
+
+// Lets go of every row but keeps the columns: what a requery leaves when reading fails half way.
+void Recordset::releaseRows()
+{
+    std::vector<ColumnInfo> columns;
+    for (int c = 0; c < rows_->columnCount(); ++c)
+        columns.push_back(rows_->column(c));
+    rows_ = std::make_unique<RowStore>(std::move(columns));
+    keys_ = std::vector<Bookmark>();
+    order_ = std::vector<std::uint32_t>();
+    keyIndex_ = {};
+    keysAscending_ = true;
+    pos_ = 0;
+    currentDeleted_ = false;
 }
 
 qsizetype Recordset::RecordCount() const
@@ -188,17 +208,33 @@ bool Recordset::setBookmark(Bookmark key)
     return true;
 }
 
-qsizetype Recordset::positionOf(Bookmark key) const
+namespace {
+bool keyBefore(const std::pair<Bookmark, std::uint32_t>& entry, Bookmark key) { return entry.first < key; }
+}  // namespace
+
+qsizetype Recordset::physicalRowOf(Bookmark key) const
 {
-    if (keyIndex_.empty() && !keys_.empty()) {
+    if (keysAscending_) {
+        const auto it = std::lower_bound(keys_.begin(), keys_.end(), key);
+        return it != keys_.end() && *it == key ? qsizetype(it - keys_.begin()) : -1;
+    }
+    if (keyIndex_.empty()) {
         keyIndex_.reserve(keys_.size());
         for (std::size_t i = 0; i < keys_.size(); ++i)
-            keyIndex_.emplace(keys_[i], std::uint32_t(i));
+            keyIndex_.emplace_back(keys_[i], std::uint32_t(i));
+        std::stable_sort(keyIndex_.begin(), keyIndex_.end(),
+                         [](const auto& a, const auto& b) { return a.first < b.first; });
     }
-    const auto it = keyIndex_.find(key);
-    if (it == keyIndex_.end())
+    const auto it = std::lower_bound(keyIndex_.begin(), keyIndex_.end(), key, keyBefore);
+    return it != keyIndex_.end() && it->first == key ? qsizetype(it->second) : -1;
+}
+
+qsizetype Recordset::positionOf(Bookmark key) const
+{
+    const qsizetype row = physicalRowOf(key);
+    if (row < 0)
         return -1;
-    const std::uint32_t physical = it->second;
+    const auto physical = std::uint32_t(row);
     // Rows keep their physical order until one is deleted, so look where it was first.
     const std::size_t guess = std::min<std::size_t>(physical, order_.empty() ? 0 : order_.size() - 1);
     if (!order_.empty() && order_[guess] == physical)
@@ -266,6 +302,21 @@ QVariant Recordset::currentValue(int c) const
     if (editMode_ == EditMode::Add)
         return {};
     return rows_->value(requireCurrent(), c);
+}
+
+// A stored date reads as the store gives its text, so a field and a list show one form of it; an
+// edited date is already held in that form.
+QString Recordset::fieldText(int c) const
+{
+    const bool stored = editMode_ == EditMode::None || (editMode_ == EditMode::Edit && !pending_[std::size_t(c)]);
+    if (stored && rows_->column(c).type == adDate) {
+        std::fill(chunkRead_.begin(), chunkRead_.end(), 0);
+        return rows_->text(requireCurrent(), c);
+    }
+    const QVariant v = fieldValue(c);
+    if (!v.isValid() || v.isNull())
+        return {};
+    return v.toString();
 }
 
 bool Recordset::fieldIsNull(int c) const
@@ -367,9 +418,13 @@ void Recordset::Update()
         for (std::size_t i = 0; i < changed.size(); ++i)
             rows_->setValue(row, changed[i], values[i].second);
         backend.readRow(source_.baseTable, key, *rows_, row);
+        if (keysAscending_ && !keys_.empty() && key < keys_.back())
+            keysAscending_ = false;   // the index is built when next needed
+        else if (!keyIndex_.empty())
+            keyIndex_.insert(std::upper_bound(keyIndex_.begin(), keyIndex_.end(), key,
+                                              [](Bookmark k, const auto& entry) { return k < entry.first; }),
+                             {key, std::uint32_t(row)});
         keys_.push_back(key);
-        if (!keyIndex_.empty())
-            keyIndex_.emplace(key, std::uint32_t(row));
         order_.push_back(std::uint32_t(row));
         setPosition(qsizetype(order_.size()) - 1);
     }
@@ -397,6 +452,11 @@ QString Recordset::text(qsizetype position, int column) const
     return rows_->text(order_[std::size_t(position)], column);
 }
 
+void Recordset::appendText(qsizetype position, int column, QString& out) const
+{
+    rows_->appendText(order_[std::size_t(position)], column, out);
+}
+
 QVariant Recordset::value(qsizetype position, int column) const
 {
     return rows_->value(order_[std::size_t(position)], column);
@@ -414,7 +474,8 @@ Bookmark Recordset::bookmarkAt(qsizetype position) const
 
 std::size_t Recordset::memoryUsed() const
 {
-    return rows_->memoryUsed() + keys_.capacity() * sizeof(Bookmark) + order_.capacity() * sizeof(std::uint32_t);
+    return rows_->memoryUsed() + keys_.capacity() * sizeof(Bookmark) + order_.capacity() * sizeof(std::uint32_t)
+           + keyIndex_.capacity() * sizeof(keyIndex_[0]);
 }
 
 // Field
@@ -427,15 +488,7 @@ void Field::setValue(const QVariant& v) const { rs_->setFieldValue(index_, v); }
 QByteArray Field::GetChunk(qsizetype size) const { return rs_->fieldChunk(index_, size); }
 void Field::AppendChunk(const QByteArray& bytes) const { rs_->appendFieldChunk(index_, bytes); }
 
-QString Field::Text() const
-{
-    const QVariant v = Value();
-    if (!v.isValid() || v.isNull())
-        return {};
-    if (v.typeId() == QMetaType::QDateTime)
-        return v.toDateTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
-    return v.toString();
-}
+QString Field::Text() const { return rs_->fieldText(index_); }
 
 qsizetype Field::ActualSize() const
 {

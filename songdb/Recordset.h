@@ -107,6 +107,8 @@ public:
 
     // Bulk access for views, by 0-based position, without moving.
     QString text(qsizetype position, int column) const;
+    // The same text appended to out, without a string of its own: for filling big lists.
+    void appendText(qsizetype position, int column, QString& out) const;
     QVariant value(qsizetype position, int column) const;
     bool isNull(qsizetype position, int column) const;
     Bookmark bookmarkAt(qsizetype position) const;
@@ -119,6 +121,7 @@ private:
     friend class Field;
     qsizetype requireCurrent() const;      // physical row of the current record
     QVariant fieldValue(int c) const;
+    QString fieldText(int c) const;
     QVariant currentValue(int c) const;
     bool fieldIsNull(int c) const;
     void setFieldValue(int c, const QVariant& v);
@@ -131,6 +134,8 @@ private:
     void clearEdit();
     void setPosition(qsizetype pos);
     void load(std::unique_ptr<RowStore> rows, std::vector<Bookmark> keys);
+    void releaseRows();
+    qsizetype physicalRowOf(Bookmark key) const;
 
     RecordSource source_;
     std::unique_ptr<RowStore> rows_;
@@ -143,7 +148,9 @@ private:
     EditMode editMode_ = EditMode::None;
     std::vector<std::optional<QVariant>> pending_;   // edited values per column
     mutable std::vector<qsizetype> chunkRead_;              // GetChunk offsets per column
-    mutable std::unordered_map<Bookmark, std::uint32_t> keyIndex_;   // key to physical row, built on demand
+    bool keysAscending_ = true;           // keys_ sorted, as rowids of a plain select mostly are
+    // (key, physical row) sorted by key, built on demand when keys_ is not sorted.
+    mutable std::vector<std::pair<Bookmark, std::uint32_t>> keyIndex_;
 };
 
 }  // namespace td

@@ -2,6 +2,8 @@
 #include "shell/services/AppError.h"
 #include "songdb/AdoTypes.h"
 #include "songdb/DateText.h"
+#include <QStringDecoder>
+#include <charconv>
 #include <cstring>
 #include <limits>
 
@@ -18,7 +20,7 @@ constexpr int kSizeShift = 4;
 std::uint32_t pack(std::uint32_t size, CellKind k) { return size << kSizeShift | std::uint32_t(k); }
 }  // namespace
 
-RowStore::RowStore(std::vector<ColumnInfo> columns) : columns_(std::move(columns)) {}
+RowStore::RowStore(std::vector<ColumnInfo> columns) : columns_(std::move(columns)), recent_(columns_.size()) {}
 RowStore::~RowStore() = default;
 
 qsizetype RowStore::appendRow()
@@ -84,10 +86,43 @@ void RowStore::setReal(qsizetype row, int c, double v)
     cell(row, c) = Cell{ref, pack(sizeof v, CellKind::Real)};
 }
 
+std::uint32_t RowStore::storeText(int c, const char* utf8, qsizetype size, bool& big)
+{
+    constexpr qsizetype kShortText = 256;
+    if (size == 0 || size > kShortText)
+        return storeBytes(utf8, size, big);
+    Recent& recent = recent_[std::size_t(c)];
+    if (recent.skip > 0) {
+        --recent.skip;
+        return storeBytes(utf8, size, big);
+    }
+    constexpr std::uint32_t kProbe = 1024, kPause = 16 * kProbe;
+    if (++recent.tries == kProbe) {
+        if (recent.hits < kProbe / 8)
+            recent.skip = kPause;
+        recent.tries = recent.hits = 0;
+    }
+    for (int i = 0; i < Recent::kSlots; ++i) {
+        if (recent.size[i] != std::uint32_t(size))
+            continue;
+        const std::uint32_t ref = recent.ref[i];
+        if (std::memcmp(arenaChunks_[ref >> kArenaShift].get() + (ref & (kArenaChunk - 1)), utf8, std::size_t(size)) == 0) {
+            big = false;
+            ++recent.hits;
+            return ref;
+        }
+    }
+    const std::uint32_t ref = storeBytes(utf8, size, big);
+    recent.ref[recent.next] = ref;
+    recent.size[recent.next] = std::uint32_t(size);
+    recent.next = (recent.next + 1) % Recent::kSlots;
+    return ref;
+}
+
 void RowStore::setText(qsizetype row, int c, const char* utf8, qsizetype size)
 {
     bool big = false;
-    const std::uint32_t ref = storeBytes(utf8, size, big);
+    const std::uint32_t ref = storeText(c, utf8, size, big);
     cell(row, c) = Cell{ref, big ? pack(0, CellKind::Text) | kBigFlag : pack(std::uint32_t(size), CellKind::Text)};
 }
 
@@ -152,6 +187,8 @@ QByteArrayView RowStore::bytes(qsizetype row, int c) const
                           qsizetype(x.sizeKind >> kSizeShift));
 }
 
+bool RowStore::isDateColumn(int c) const { return column(c).type == adDate; }
+
 QString RowStore::text(qsizetype row, int c) const
 {
     switch (kind(row, c)) {
@@ -162,10 +199,36 @@ QString RowStore::text(qsizetype row, int c) const
     case CellKind::Real:
         return QString::number(real(row, c), 'g', 15);
     case CellKind::Text:
+        if (isDateColumn(c) && !HasStoreShape(bytes(row, c)))
+            return DateText(QString::fromUtf8(bytes(row, c)));
+        break;
     case CellKind::Blob:
         break;
     }
     return QString::fromUtf8(bytes(row, c));
+}
+
+void RowStore::appendText(qsizetype row, int c, QString& out) const
+{
+    switch (kind(row, c)) {
+    case CellKind::Null:
+        return;
+    case CellKind::Integer: {
+        char digits[24];
+        const auto end = std::to_chars(digits, digits + sizeof digits, integer(row, c)).ptr;
+        out.append(QLatin1StringView(digits, end - digits));
+        return;
+    }
+    case CellKind::Text:
+        if (!isDateColumn(c) || HasStoreShape(bytes(row, c))) {
+            AppendUtf8(out, bytes(row, c));
+            return;
+        }
+        break;
+    default:
+        break;
+    }
+    out.append(text(row, c));
 }
 
 QVariant RowStore::value(qsizetype row, int c) const
@@ -224,6 +287,15 @@ void RowStore::setValue(qsizetype row, int c, const QVariant& v)
         return;
     }
     }
+}
+
+void AppendUtf8(QString& out, QByteArrayView utf8)
+{
+    const qsizetype start = out.size();
+    out.resize(start + utf8.size());   // never more UTF-16 units than UTF-8 bytes
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    const QChar* end = decoder.appendToBuffer(out.data() + start, utf8);
+    out.truncate(end - out.constData());
 }
 
 std::size_t RowStore::memoryUsed() const

@@ -54,8 +54,10 @@ public:
 
     // The value as the column's type gives it: NULL as an invalid QVariant, dates as QDateTime.
     QVariant value(qsizetype row, int c) const;
-    // The value as text, NULL as empty text.
+    // The value as text, NULL as empty text; a date column's texts as DateText gives them.
     QString text(qsizetype row, int c) const;
+    // The same text appended to out; for the common kinds no string of its own is made.
+    void appendText(qsizetype row, int c, QString& out) const;
 
     std::size_t memoryUsed() const;
 
@@ -67,6 +69,8 @@ private:
     Cell& cell(qsizetype row, int c);
     const Cell& cell(qsizetype row, int c) const;
     std::uint32_t storeBytes(const void* data, qsizetype size, bool& big);
+    std::uint32_t storeText(int c, const char* utf8, qsizetype size, bool& big);
+    bool isDateColumn(int c) const;
 
     std::vector<ColumnInfo> columns_;
     qsizetype rows_ = 0;
@@ -74,6 +78,22 @@ private:
     std::vector<std::unique_ptr<char[]>> arenaChunks_;
     std::uint32_t arenaUsed_ = 0;        // bytes used in the last arena chunk
     std::vector<QByteArray> big_;        // values too large for an arena chunk
+    // The last few short texts stored per column. Songbooks repeat a column's value row after row
+    // (library, language, style, editor, time), and a repeat shares the bytes stored first.
+    // A column that seldom repeats (titles, file names) stops looking for a while.
+    struct Recent {
+        static constexpr int kSlots = 8;
+        std::uint32_t ref[kSlots] = {};
+        std::uint32_t size[kSlots] = {};   // 0: free
+        int next = 0;
+        std::uint32_t tries = 0;
+        std::uint32_t hits = 0;
+        std::uint32_t skip = 0;            // texts still to store without looking
+    };
+    std::vector<Recent> recent_;
 };
+
+// Appends UTF-8 text decoded, as QString::fromUtf8 would, without a string in between.
+void AppendUtf8(QString& out, QByteArrayView utf8);
 
 }  // namespace td

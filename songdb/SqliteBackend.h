@@ -22,6 +22,8 @@ public:
     bool readOnly() const override { return readOnly_; }
 
     std::unique_ptr<RowStore> query(const QString& sql, bool keyed, std::vector<qint64>* keys) override;
+    std::unique_ptr<RowStore> query(const QString& sql, bool keyed, std::vector<qint64>* keys,
+                                    const std::function<void()>& beforeRows) override;
     qint64 execute(const QString& sql) override;
     void selectInto(const QString& selectSql, const QString& table, const QString& file) override;
 

@@ -140,6 +140,33 @@ TEST_F(DataView, RefreshFollowsAnotherConsoleAndKeepsSelection)
     EXPECT_EQ(view->MainItems().Count(), 10);
 }
 
+// Whatever a cell holds, the row keeps its columns apart, and a refresh finds nothing changed.
+TEST_F(DataView, CellTextsKeepTheirColumns)
+{
+    make(3);
+    db->otherConsole(QStringLiteral("update song set title='a'||char(31)||'b', singer=NULL where id=1;"
+                                    "update song set title='月亮代表我的心', chars=-5000000000 where id=2;"
+                                    "update song set title='', singer='x'||char(31) where id=3;"));
+    rs->Requery();
+    view->LoadViewData();
+    const struct {
+        int row;
+        QString title, singer, chars;
+    } expected[] = {{1, QStringLiteral("a b"), QString(), QStringLiteral("1")},
+                    {2, QString::fromUtf8("月亮代表我的心"), QStringLiteral("Singer 2"), QStringLiteral("-5000000000")},
+                    {3, QString(), QStringLiteral("x "), QStringLiteral("3")}};
+    ASSERT_EQ(view->MainItems().Count(), 3);
+    for (const auto& e : expected) {
+        EXPECT_EQ(view->MainItems().Text(e.row), e.title) << e.row;
+        EXPECT_EQ(view->MainItems().SubItems(e.row, 1), e.singer) << e.row;
+        EXPECT_EQ(view->MainItems().SubItems(e.row, 2), e.chars) << e.row;
+    }
+    int changedRows = 0;
+    QObject::connect(view->model(), &QAbstractItemModel::dataChanged, [&] { ++changedRows; });
+    EXPECT_TRUE(view->RefreshViewData());
+    EXPECT_EQ(changedRows, 0);
+}
+
 TEST_F(DataView, RefreshOfEmptyRecordsetClearsWithoutState)
 {
     make(3);

@@ -88,6 +88,69 @@ TEST_F(RecordsetTest, BookmarkSurvivesRequeryAndForeignWrites)
     EXPECT_EQ(rs->positionOf(ids[0]), 2);   // alpha, four, one
 }
 
+// Keys come ascending, descending or mixed with the order; a lookup finds each one where it stands,
+// also one added afterwards, and no place for a key that is not there.
+TEST_F(RecordsetTest, PositionOfFindsEveryKeyWhateverTheOrder)
+{
+    for (const char* sql : {"select * from song order by id", "select * from song order by id desc",
+                            "select * from song order by title"}) {
+        auto rs = open(sql);
+        rs->AddNew();
+        rs->Fields(QStringLiteral("title")).setValue(QStringLiteral("bravo"));
+        rs->Update();
+        const Bookmark added = rs->bookmark();
+        const qsizetype addedAt = rs->RecordCount() - 1;   // new rows go last
+        for (int round = 0; round < 2; ++round) {   // before and after a second added row
+            for (qsizetype pos = 0; pos < rs->RecordCount(); ++pos)
+                EXPECT_EQ(rs->positionOf(rs->bookmarkAt(pos)), pos) << sql;
+            EXPECT_EQ(rs->positionOf(added), addedAt) << sql;
+            EXPECT_EQ(rs->positionOf(-7), -1) << sql;
+            EXPECT_EQ(rs->positionOf(added + 100), -1) << sql;
+            rs->AddNew();
+            rs->Update();
+        }
+    }
+}
+
+// A requery that cannot run keeps the rows it had; one that runs drops the deleted row.
+TEST_F(RecordsetTest, FailedRequeryKeepsTheRows)
+{
+    auto rs = open("select * from song order by id");
+    auto other = file.second();
+    other->execute(QStringLiteral("alter table song rename to song_gone"));
+    EXPECT_THROW(rs->Requery(), AppError);
+    EXPECT_EQ(rs->RecordCount(), 4);
+    ASSERT_TRUE(rs->setBookmark(ids[1]));
+    EXPECT_EQ(title(*rs), u"two");
+
+    other->execute(QStringLiteral("alter table song_gone rename to song"));
+    other->execute(QStringLiteral("delete * from song where id=") + QString::number(ids[1]));
+    rs->Requery();
+    EXPECT_EQ(rs->RecordCount(), 3);
+    EXPECT_FALSE(rs->setBookmark(ids[1]));
+}
+
+// A date shows one text, whether a field or a list reads it, in whatever form it was written.
+TEST_F(RecordsetTest, DateFieldTextIsTheListText)
+{
+    const std::pair<const char*, const char*> cases[] = {
+        {"'2024-06-01 07:08:09'", "2024-06-01 07:08:09"}, {"'2024-06-01T07:08:09'", "2024-06-01 07:08:09"},
+        {"'2024-06-01'", "2024-06-01 00:00:00"}, {"'later'", "later"}};
+    for (std::size_t i = 0; i < std::size(cases); ++i)
+        file.db().execute(QStringLiteral("update song set lupd_time=") + QString::fromUtf8(cases[i].first)
+                          + QStringLiteral(" where id=") + QString::number(ids[i]));
+    auto rs = open("select * from song order by id");
+    const int c = rs->FieldIndex(u"lupd_time");
+    for (const auto& [written, shown] : cases) {
+        EXPECT_EQ(rs->Fields(c).Text(), QString::fromUtf8(shown)) << written;
+        EXPECT_EQ(rs->text(rs->AbsolutePosition() - 1, c), QString::fromUtf8(shown)) << written;
+        rs->MoveNext();
+    }
+    rs->MoveFirst();
+    rs->Fields(c).setValue(QDateTime(QDate(2023, 2, 3), QTime(4, 5, 6)));
+    EXPECT_EQ(rs->Fields(c).Text(), u"2023-02-03 04:05:06");
+}
+
 TEST_F(RecordsetTest, WritesOfAnotherConsoleMakeUpdateAndDeleteFail)
 {
     auto rs = open("select * from song order by id");
