@@ -243,13 +243,11 @@ void ctlDataFields::clearRows()
 bool ctlDataFields::LoadFieldDatas(const QVariantList& selBmks)
 {
     clearRows();
-    bool result = true;
-    for (qsizetype i = 1; i < selBmks.size(); ++i) {
-        result = loadBookmark(selBmks[i], i >= 2);
-        if (!result)
-            break;
-    }
-    return result;
+    if (selBmks.size() < 2)
+        return true;
+    if (!loadBookmark(selBmks[1]))
+        return false;
+    return selBmks.size() == 2 || mergeBookmarks(selBmks);
 }
 
 Recordset& ctlDataFields::recordset() const
@@ -267,8 +265,8 @@ void ctlDataFields::seekOrThrow(const QVariant& bookmark)
         throw AppError(QStringLiteral("Bookmark is invalid."));
 }
 
-// Several records show the first one's text; a field that differs from the record before is grey.
-bool ctlDataFields::loadBookmark(const QVariant& bookmark, bool merge)
+// The first record of a selection fills the rows.
+bool ctlDataFields::loadBookmark(const QVariant& bookmark)
 {
     if (!bookmark.isValid() || bookmark.isNull())
         return false;
@@ -283,12 +281,8 @@ bool ctlDataFields::loadBookmark(const QVariant& bookmark, bool merge)
             const QString value = f.Class == kLabel ? f.ClassEx : rs.text(pos, RequireField(rs, f.Field));
             f.Changed = false;
             r.guard = true;
-            if (!merge) {
-                setBothTexts(current, value);
-                colorByEnabled(current);
-            } else if (f.Value != value) {
-                setForeColor(current, kSysGrayText);
-            }
+            setBothTexts(current, value);
+            colorByEnabled(current);
             setValueTip(current);
             r.guard = false;
             f.Value = value;
@@ -297,6 +291,45 @@ bool ctlDataFields::loadBookmark(const QVariant& bookmark, bool merge)
     } catch (const std::exception&) {
         if (isRow(current))
             rows_[std::size_t(current)].guard = false;
+        return false;
+    }
+}
+
+// Further records keep the first one's text; a field whose value changes from one record to the next
+// turns grey. The rows are touched only when a field turns grey, and a grey field is read again only
+// for the last record, so selecting a whole large list stays quick.
+bool ctlDataFields::mergeBookmarks(const QVariantList& selBmks)
+{
+    try {
+        Recordset& rs = recordset();
+        const int count = GetFieldCount();
+        std::vector<int> columns(std::size_t(count) + 1, -1);
+        std::vector<char> grey(std::size_t(count) + 1, 0);
+        for (int c = 1; c <= count; ++c)
+            if (field(c).Class != kLabel)
+                columns[std::size_t(c)] = RequireField(rs, field(c).Field);
+        QString value;
+        for (qsizetype i = 2; i < selBmks.size(); ++i) {
+            if (!selBmks[i].isValid() || selBmks[i].isNull())
+                return false;
+            seekOrThrow(selBmks[i]);
+            const qsizetype pos = rs.AbsolutePosition() - 1;
+            const bool last = i + 1 == selBmks.size();
+            for (int c = 1; c <= count; ++c) {
+                const std::size_t k = std::size_t(c);
+                if (columns[k] < 0 || (grey[k] && !last))
+                    continue;
+                DataField& f = field(c);
+                value = rs.text(pos, columns[k]);
+                if (!grey[k] && value != f.Value) {
+                    grey[k] = 1;
+                    setForeColor(c, kSysGrayText);
+                }
+                f.Value = value;
+            }
+        }
+        return true;
+    } catch (const std::exception&) {
         return false;
     }
 }

@@ -89,7 +89,8 @@ private:
     void setValueTip(int index);
     void showClassControl(int index, bool textBox);
     void clearRows();
-    bool loadBookmark(const QVariant& bookmark, bool merge);
+    bool loadBookmark(const QVariant& bookmark);
+    bool mergeBookmarks(const QVariantList& selBmks);
     void valueEdited(int index, QWidget* control);
     void fillDropDown(int index);
     std::unique_ptr<Recordset> openList(const QString& sql) const;
