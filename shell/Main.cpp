@@ -2,10 +2,13 @@
 #include "config/frmDatabase.h"
 #include "shell/mdiMain.h"
 #include "shell/services/AppLog.h"
+#include "shell/services/AppPaths.h"
 #include "shell/services/Dialogs.h"
 #include "shell/services/Translate.h"
 #include "songdb/SongSession.h"
 #include <QApplication>
+#include <QIcon>
+#include <QPixmap>
 
 namespace td {
 namespace {
@@ -20,6 +23,16 @@ void loginFailed()
 {
     MsgError(TranslateText(QStringLiteral("Login failed")));
     AppTerminate();
+}
+
+// The logo's square middle stands for the program in title bars and task lists.
+QIcon ProgramIcon()
+{
+    const QPixmap logo(AppPath() + QStringLiteral("/Region/English/Logo.jpg"));
+    if (logo.isNull())
+        return {};
+    const int side = qMin(logo.width(), logo.height());
+    return QIcon(logo.copy((logo.width() - side) / 2, (logo.height() - side) / 2, side, side));
 }
 
 }  // namespace
@@ -113,6 +126,7 @@ int Main(int argc, char** argv)
     QApplication app(argc, argv);
     QApplication::setApplicationName(AppTitle());
     QApplication::setQuitOnLastWindowClosed(false);
+    QApplication::setWindowIcon(ProgramIcon());
     RegisterWindows();
     AppLogSystemInfo();
     AppLogEvent(QStringLiteral("Application Started. Version=") + AppVersion());
