@@ -25,7 +25,10 @@ inline QString Songbook(const QString& dataDir, int songs)
 }
 
 // One figure: "name value unit".
-inline void Print(const char* name, double value, const char* unit) { std::printf("%s %.3f %s\n", name, value, unit); }
+inline void Print(const char* name, double value, const char* unit)
+{
+    std::printf("%s %.3f %s\n", name, value, unit);
+}
 
 // Widgets run offscreen unless told otherwise; the platform's complaints about window size hints
 // are silenced, the figures are what matters.

@@ -7,9 +7,9 @@
 // song database benchmark's DATA_DIR to share its songbooks.
 #include "BenchSupport.h"
 #include "controls/ctlDataView.h"
+#include "shell/services/AppPaths.h"
 #include "songdb/Connection.h"
 #include "songdb/DemoSongbook.h"
-#include "shell/services/AppPaths.h"
 #include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
@@ -60,7 +60,8 @@ double Seconds(const std::function<void()>& work)
 
 void RunLoad(const QString& format, const QString& small, const QString& big)
 {
-    for (const auto& [file, name] : {std::pair{small, "dataview_load_100k"}, std::pair{big, "dataview_load_1m"}}) {
+    for (const auto& [file, name] :
+         {std::pair{small, "dataview_load_100k"}, std::pair{big, "dataview_load_1m"}}) {
         auto connection = td::OpenConnection(file);
         auto rs = connection->openRecordset(QStringLiteral("select * from song"));
         Window w(format);

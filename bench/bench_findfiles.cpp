@@ -1,14 +1,14 @@
 // FindFiles over a library of 100,000 files in 1,000 folders, timed beside `find DIR -type f | wc -l`
 // on the same tree in the same run. Usage: bench_findfiles [tree directory]
+#include "libraries/FileFinder.h"
 #include <QDir>
-#include <QFileInfo>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
 #include <QProcess>
 #include <algorithm>
 #include <cstdio>
 #include <functional>
-#include "libraries/FileFinder.h"
 
 namespace {
 
@@ -81,7 +81,7 @@ qsizetype RunFind(const QString& root)
 int main(int argc, char** argv)
 {
     QString root = argc > 1 ? QString::fromLocal8Bit(argv[1])
-                                  : QDir::tempPath() + QStringLiteral("/tunedesk-bench-findfiles");
+                            : QDir::tempPath() + QStringLiteral("/tunedesk-bench-findfiles");
     EnsureTree(root);
     // Both walks start from the real folder, so a link to the tree is measured like the tree.
     root = QFileInfo(root).canonicalFilePath();

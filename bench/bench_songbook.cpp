@@ -8,8 +8,8 @@
 #include "shell/services/AppPaths.h"
 #include "shell/services/Ini.h"
 #include "songbook/frmSong.h"
-#include "songdb/SongSession.h"
 #include "songdb/SongSearch.h"
+#include "songdb/SongSession.h"
 #include "songdb/SongStatements.h"
 #include <QApplication>
 #include <QComboBox>
@@ -30,9 +30,7 @@ class LoopWatch {
 public:
     LoopWatch()
     {
-        QObject::connect(&timer_, &QTimer::timeout, [this] {
-            gap_ = std::max(gap_, last_.restart());
-        });
+        QObject::connect(&timer_, &QTimer::timeout, [this] { gap_ = std::max(gap_, last_.restart()); });
         timer_.start(10);
     }
     // Runs the work and answers its seconds; longestGap() then holds its longest freeze.
@@ -45,7 +43,7 @@ public:
         t.start();
         work();
         const double seconds = double(t.nsecsElapsed()) / 1e9;
-        gap_ = std::max(gap_, last_.elapsed());   // the stretch since the last turn counts too
+        gap_ = std::max(gap_, last_.elapsed());  // the stretch since the last turn counts too
         return seconds;
     }
     double longestGap() const { return double(gap_) / 1000.0; }
@@ -88,8 +86,9 @@ int main(int argc, char** argv)
     td::SetAppPath(appDir);
     for (const char* name : {"ListSong.ini", "ListMedia.ini"}) {
         QFile::remove(appDir + u'/' + QString::fromLatin1(name));
-        QFile::copy(QCoreApplication::applicationDirPath() + QStringLiteral("/../") + QString::fromLatin1(name),
-                    appDir + u'/' + QString::fromLatin1(name));
+        QFile::copy(
+            QCoreApplication::applicationDirPath() + QStringLiteral("/../") + QString::fromLatin1(name),
+            appDir + u'/' + QString::fromLatin1(name));
     }
     QString local = book;
     td::DatabaseHomePath(QStringLiteral("SongServer"), local, true);
@@ -114,14 +113,16 @@ int main(int argc, char** argv)
     Print("songbook_search_singer", watch.run([&] { Search(song, QStringLiteral("singer"), singer); }), "s");
     Print("songbook_search_singer_longest_freeze", watch.longestGap(), "s");
     Print("songbook_search_singer_rows", song.ctlView()->MainItems().Count(), "rows");
-    Print("songbook_search_title", watch.run([&] { Search(song, QStringLiteral("song"), QStringLiteral("Love Night")); }), "s");
+    Print("songbook_search_title",
+          watch.run([&] { Search(song, QStringLiteral("song"), QStringLiteral("Love Night")); }), "s");
     Print("songbook_search_title_longest_freeze", watch.longestGap(), "s");
     Print("songbook_search_title_rows", song.ctlView()->MainItems().Count(), "rows");
 
     Print("songbook_choose_singer_type", watch.run([&] {
-              song.cboSearchType()->setCurrentIndex(TypeRow(song, QStringLiteral("singer")));
-              song.cboSearchType()->activated(song.cboSearchType()->currentIndex());
-          }), "s");
+        song.cboSearchType()->setCurrentIndex(TypeRow(song, QStringLiteral("singer")));
+        song.cboSearchType()->activated(song.cboSearchType()->currentIndex());
+    }),
+          "s");
     Print("songbook_choose_singer_type_longest_freeze", watch.longestGap(), "s");
     Print("songbook_singer_values", song.cboSearchValue()->count(), "names");
 

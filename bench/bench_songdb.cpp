@@ -56,7 +56,8 @@ int measureOpen(const QString& file)
     auto db = OpenConnection(file);
     auto rs = db->openRecordset(QStringLiteral("select * from song"));
     const qsizetype count = rs->RecordCount();
-    std::printf("%.1f %.1f %lld\n", double(t.nsecsElapsed()) / 1e6, peakMegabytes(), static_cast<long long>(count));
+    std::printf("%.1f %.1f %lld\n", double(t.nsecsElapsed()) / 1e6, peakMegabytes(),
+                static_cast<long long>(count));
     return 0;
 }
 
@@ -157,15 +158,19 @@ int runAll(const QString& dataDir)
         const double sqlSelect = sqliteMilliseconds(file, QStringLiteral("select * from song"));
         if (open.isEmpty() || sqlSelect < 0)
             return 1;
-        report(QStringLiteral("songdb_open_") + tag, open[0].toDouble(), QStringLiteral("sqlite3_select_") + tag, sqlSelect);
+        report(QStringLiteral("songdb_open_") + tag, open[0].toDouble(),
+               QStringLiteral("sqlite3_select_") + tag, sqlSelect);
         line(QStringLiteral("songdb_open_") + tag + QStringLiteral("_peak_mb"), open[1].toDouble(), "MB");
 
         const QStringList search = bestRun(self, {QStringLiteral("search"), file});
-        const double sqlLike = sqliteMilliseconds(file, QStringLiteral("select * from song where title like '%中%'"));
+        const double sqlLike =
+            sqliteMilliseconds(file, QStringLiteral("select * from song where title like '%中%'"));
         if (search.isEmpty() || sqlLike < 0)
             return 1;
-        report(QStringLiteral("songdb_search_zg_") + tag, search[0].toDouble(), QStringLiteral("sqlite3_like_") + tag, sqlLike);
-        line(QStringLiteral("songdb_search_zg_") + tag + QStringLiteral("_items"), search.value(2).toDouble(), "items");
+        report(QStringLiteral("songdb_search_zg_") + tag, search[0].toDouble(),
+               QStringLiteral("sqlite3_like_") + tag, sqlLike);
+        line(QStringLiteral("songdb_search_zg_") + tag + QStringLiteral("_items"), search.value(2).toDouble(),
+             "items");
     }
     return status;
 }

@@ -39,7 +39,7 @@ private:
     QPushButton* cmdOpen_ = nullptr;
     QPushButton* cmdCancel_ = nullptr;
     QPushButton* cmdSystem_ = nullptr;
-    QString dialogFile_;   // what the file dialog last held; it keeps it across showings
+    QString dialogFile_;  // what the file dialog last held; it keeps it across showings
     bool laidOut_ = false;
 };
 

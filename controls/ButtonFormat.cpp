@@ -9,7 +9,8 @@ namespace td {
 std::vector<ButtonItem> ReadButtonFormat(const QString& file)
 {
     std::vector<ButtonItem> buttons;
-    const int count = FormatInteger(IniRead(file, QStringLiteral("Buttons"), QStringLiteral("Count"), QStringLiteral("0")));
+    const int count =
+        FormatInteger(IniRead(file, QStringLiteral("Buttons"), QStringLiteral("Count"), QStringLiteral("0")));
     for (int n = 1; n <= count; ++n) {
         const QString section = QStringLiteral("Button%1").arg(n);
         const auto read = [&](const char* key, const QString& def) {

@@ -7,9 +7,9 @@ namespace td {
 
 // One command button of a button bar.
 struct ButtonItem {
-    QString Class;         // the command word the owner executes
-    QString Caption;       // translated
-    QString ToolTipText;   // translated
+    QString Class;        // the command word the owner executes
+    QString Caption;      // translated
+    QString ToolTipText;  // translated
     bool Enabled = true;
     bool Visible = true;
     long BackColor = kSysButtonFace;

@@ -41,7 +41,8 @@ QVariant DataViewModel::data(const QModelIndex& index, int role) const
 
 QVariant DataViewModel::headerData(int section, Qt::Orientation orientation, int role) const
 {
-    if (orientation == Qt::Horizontal && role == Qt::DisplayRole && section >= 0 && section < headings_.size())
+    if (orientation == Qt::Horizontal && role == Qt::DisplayRole && section >= 0 &&
+        section < headings_.size())
         return headings_[section];
     return {};
 }
@@ -54,7 +55,10 @@ void DataViewModel::clearRows()
     endResetModel();
 }
 
-void DataViewModel::appendRow(QStringView joined, Bookmark tag) { rows_.append(joined, tag); }
+void DataViewModel::appendRow(QStringView joined, Bookmark tag)
+{
+    rows_.append(joined, tag);
+}
 
 void DataViewModel::publish()
 {
@@ -109,7 +113,10 @@ quint16 DataViewModel::imageNumber(const QString& key)
     return quint16(std::max<qsizetype>(i, 0));
 }
 
-void DataViewModel::setIcon(qsizetype row, const QString& key) { rows_.setIcon(row, imageNumber(key)); }
+void DataViewModel::setIcon(qsizetype row, const QString& key)
+{
+    rows_.setIcon(row, imageNumber(key));
+}
 
 void DataViewModel::setSmallIcon(qsizetype row, const QString& key)
 {

@@ -53,7 +53,7 @@ private:
     ViewRows rows_;
     qsizetype published_ = 0;
     QStringList headings_;
-    QStringList imageKeys_{QString()};   // number 0 is "no image"
+    QStringList imageKeys_{QString()};  // number 0 is "no image"
     const ImageList* smallImages_ = nullptr;
 };
 

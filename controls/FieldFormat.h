@@ -6,14 +6,14 @@ namespace td {
 
 // One edit row of a record editor.
 struct DataField {
-    QString Caption;    // translated
-    QString Hint;       // translated
-    QString Table;      // never read from the file
+    QString Caption;  // translated
+    QString Hint;     // translated
+    QString Table;    // never read from the file
     QString Field;
     bool Enabled = true;
-    QString Class;      // "label", "text", "combo", "list"; anything else acts as a combo
-    QString ClassEx;    // label text, "password", or the statement of a drop-down list
-    QString Cmd;        // translated button caption; empty for no button
+    QString Class;    // "label", "text", "combo", "list"; anything else acts as a combo
+    QString ClassEx;  // label text, "password", or the statement of a drop-down list
+    QString Cmd;      // translated button caption; empty for no button
     QString Value;
     bool Changed = false;
 };

@@ -4,7 +4,10 @@
 
 namespace td {
 
-bool IsSystemColor(long oleColor) { return (quint32(oleColor) & 0xFF000000u) == 0x80000000u; }
+bool IsSystemColor(long oleColor)
+{
+    return (quint32(oleColor) & 0xFF000000u) == 0x80000000u;
+}
 
 QColor ColorFromOle(long oleColor, const QPalette& palette)
 {
@@ -12,18 +15,18 @@ QColor ColorFromOle(long oleColor, const QPalette& palette)
     if (!IsSystemColor(oleColor))
         return QColor(int(v & 0xFF), int((v >> 8) & 0xFF), int((v >> 16) & 0xFF));
     switch (v & 0xFF) {
-    case 0x08:
-        return palette.color(QPalette::Active, QPalette::Text);
-    case 0x11:
-        return palette.color(QPalette::Disabled, QPalette::Text);
-    case 0x0F:
-        return palette.color(QPalette::Active, QPalette::Button);
-    case 0x05:
-        return palette.color(QPalette::Active, QPalette::Base);
-    case 0x12:
-        return palette.color(QPalette::Active, QPalette::ButtonText);
-    default:
-        return palette.color(QPalette::Active, QPalette::Window);
+        case 0x08:
+            return palette.color(QPalette::Active, QPalette::Text);
+        case 0x11:
+            return palette.color(QPalette::Disabled, QPalette::Text);
+        case 0x0F:
+            return palette.color(QPalette::Active, QPalette::Button);
+        case 0x05:
+            return palette.color(QPalette::Active, QPalette::Base);
+        case 0x12:
+            return palette.color(QPalette::Active, QPalette::ButtonText);
+        default:
+            return palette.color(QPalette::Active, QPalette::Window);
     }
 }
 

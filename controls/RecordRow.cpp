@@ -8,7 +8,8 @@ int RequireField(const Recordset& rs, const QString& name)
 {
     const int c = rs.FieldIndex(name);
     if (c < 0)
-        throw AppError(QStringLiteral("Item cannot be found in the collection corresponding to the requested name or ordinal."));
+        throw AppError(QStringLiteral(
+            "Item cannot be found in the collection corresponding to the requested name or ordinal."));
     return c;
 }
 
@@ -27,7 +28,7 @@ RecordRow::RecordRow(const Recordset& rs, const std::vector<ViewColumn>& columns
 
 void RecordRow::joinedText(qsizetype position, QString& joined) const
 {
-    joined.truncate(0);   // keeps the buffer, where clear() would free it on every row
+    joined.truncate(0);  // keeps the buffer, where clear() would free it on every row
     for (std::size_t i = 0; i < fields_.size(); ++i) {
         if (i > 0)
             joined += QChar(ViewRows::kSeparator);

@@ -58,7 +58,8 @@ StatusStrip::StatusStrip(QWidget* parent) : QWidget(parent)
 
     lblStatus_ = new QLabel(this);
     lblStatus_->setObjectName(QStringLiteral("lblStatus"));
-    lblStatus_->setMinimumWidth(lblStatus_->fontMetrics().horizontalAdvance(QStringLiteral("0000000 / 0000000")));
+    lblStatus_->setMinimumWidth(
+        lblStatus_->fontMetrics().horizontalAdvance(QStringLiteral("0000000 / 0000000")));
     layout->addWidget(lblStatus_);
     pbrStatus_ = new QProgressBar(this);
     pbrStatus_->setObjectName(QStringLiteral("pbrStatus"));
@@ -73,9 +74,15 @@ StatusStrip::StatusStrip(QWidget* parent) : QWidget(parent)
     cmdCancel_->hide();
 }
 
-void StatusStrip::setPosition(const QString& text) { txtMove_->setText(text); }
+void StatusStrip::setPosition(const QString& text)
+{
+    txtMove_->setText(text);
+}
 
-QString StatusStrip::Text() const { return text_; }
+QString StatusStrip::Text() const
+{
+    return text_;
+}
 
 void StatusStrip::StartStatus(const QString& text, qint64 min, qint64 max, bool canCancel)
 {

@@ -6,7 +6,10 @@
 
 namespace td {
 
-QString ColumnSuffix(const QString& key) { return key.mid(4); }
+QString ColumnSuffix(const QString& key)
+{
+    return key.mid(4);
+}
 
 int FormatInteger(const QString& text)
 {
@@ -40,7 +43,8 @@ ViewColumn ReadColumn(const QString& file, const QString& key)
 ViewFormat ReadViewFormat(const QString& file)
 {
     ViewFormat format;
-    format.MultiSelect = IniRead(file, QStringLiteral("View"), QStringLiteral("MultiSelect"), QString()) == u"1";
+    format.MultiSelect =
+        IniRead(file, QStringLiteral("View"), QStringLiteral("MultiSelect"), QString()) == u"1";
     TextArray keys;
     const int n = IniReadSection(file, QStringLiteral("ColPosition"), keys);
     for (int i = 1; i <= n; ++i) {

@@ -6,17 +6,17 @@ namespace td {
 
 // One list column as the format file describes it.
 struct ViewColumn {
-    QString Key;        // the column's section, such as "Col_name"
-    QString Caption;    // heading, already in the interface language
-    QString Table;      // kept for owners; the list never uses it
-    QString Field;      // recordset field that feeds the column
-    int Width = 1440;   // twips
-    int Position = 0;   // 1-based display place; 0 keeps creation order
+    QString Key;       // the column's section, such as "Col_name"
+    QString Caption;   // heading, already in the interface language
+    QString Table;     // kept for owners; the list never uses it
+    QString Field;     // recordset field that feeds the column
+    int Width = 1440;  // twips
+    int Position = 0;  // 1-based display place; 0 keeps creation order
 };
 
 struct ViewFormat {
     bool MultiSelect = false;
-    std::vector<ViewColumn> Columns;   // in creation order
+    std::vector<ViewColumn> Columns;  // in creation order
 };
 
 // Reads section View and the columns named by the keys of ColPosition, in file order.
@@ -26,7 +26,7 @@ ViewFormat ReadViewFormat(const QString& iniFile);
 struct ColumnLayout {
     QString Key;
     int Position = 0;
-    double Width = 0;   // twips
+    double Width = 0;  // twips
 };
 
 // Rewrites ColPosition and each column's Width. Nothing is written for an empty layout.

@@ -5,7 +5,7 @@
 namespace td {
 
 namespace {
-constexpr quint32 kChunkUnits = 1u << 20;   // 2 MB of text per chunk
+constexpr quint32 kChunkUnits = 1u << 20;  // 2 MB of text per chunk
 }
 
 void BlankSeparators(QString& joined, qsizetype from)

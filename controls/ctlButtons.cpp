@@ -95,7 +95,8 @@ void ctlButtons::layoutButtons()
         if (!items_[std::size_t(i - 1)].Visible)
             continue;
         QPushButton* button = buttons_[std::size_t(i)];
-        button->setGeometry(inner.left(), inner.top() + TwipsToPixels(step * k, this), inner.width(), button->height());
+        button->setGeometry(inner.left(), inner.top() + TwipsToPixels(step * k, this), inner.width(),
+                            button->height());
         ++k;
     }
     emit Resize();
@@ -118,12 +119,18 @@ QString ctlButtons::GetButton(int index, const QString& keyName) const
 {
     const ButtonItem& b = item(index);
     const auto boolText = [](bool v) { return v ? QStringLiteral("True") : QStringLiteral("False"); };
-    if (keyName == u"class") return b.Class;
-    if (keyName == u"caption") return b.Caption;
-    if (keyName == u"tooltiptext") return b.ToolTipText;
-    if (keyName == u"enabled") return boolText(b.Enabled);
-    if (keyName == u"visible") return boolText(b.Visible);
-    if (keyName == u"backcolor") return QString::number(b.BackColor);
+    if (keyName == u"class")
+        return b.Class;
+    if (keyName == u"caption")
+        return b.Caption;
+    if (keyName == u"tooltiptext")
+        return b.ToolTipText;
+    if (keyName == u"enabled")
+        return boolText(b.Enabled);
+    if (keyName == u"visible")
+        return boolText(b.Visible);
+    if (keyName == u"backcolor")
+        return QString::number(b.BackColor);
     return {};
 }
 
@@ -168,32 +175,32 @@ bool ctlButtons::eventFilter(QObject* watched, QEvent* event)
 {
     const int index = watched->property("Index").toInt();
     switch (event->type()) {
-    case QEvent::KeyPress: {
-        auto* key = static_cast<QKeyEvent*>(event);
-        emit KeyDown(index, VbKeyCode(key->key()), VbShift(key->modifiers()));
-        if (!key->text().isEmpty())
-            emit KeyPress(index, key->text().at(0).unicode());
-        break;
-    }
-    case QEvent::KeyRelease: {
-        auto* key = static_cast<QKeyEvent*>(event);
-        emit KeyUp(index, VbKeyCode(key->key()), VbShift(key->modifiers()));
-        break;
-    }
-    case QEvent::MouseMove:
-    case QEvent::MouseButtonRelease: {
-        auto* m = static_cast<QMouseEvent*>(event);
-        const bool move = event->type() == QEvent::MouseMove;
-        const int button = VbButton(move ? m->buttons() : m->button());
-        const int x = int(m->position().x()), y = int(m->position().y());
-        if (move)
-            emit MouseMove(index, button, VbShift(m->modifiers()), x, y);
-        else
-            emit MouseUp(index, button, VbShift(m->modifiers()), x, y);
-        break;
-    }
-    default:
-        break;
+        case QEvent::KeyPress: {
+            auto* key = static_cast<QKeyEvent*>(event);
+            emit KeyDown(index, VbKeyCode(key->key()), VbShift(key->modifiers()));
+            if (!key->text().isEmpty())
+                emit KeyPress(index, key->text().at(0).unicode());
+            break;
+        }
+        case QEvent::KeyRelease: {
+            auto* key = static_cast<QKeyEvent*>(event);
+            emit KeyUp(index, VbKeyCode(key->key()), VbShift(key->modifiers()));
+            break;
+        }
+        case QEvent::MouseMove:
+        case QEvent::MouseButtonRelease: {
+            auto* m = static_cast<QMouseEvent*>(event);
+            const bool move = event->type() == QEvent::MouseMove;
+            const int button = VbButton(move ? m->buttons() : m->button());
+            const int x = int(m->position().x()), y = int(m->position().y());
+            if (move)
+                emit MouseMove(index, button, VbShift(m->modifiers()), x, y);
+            else
+                emit MouseUp(index, button, VbShift(m->modifiers()), x, y);
+            break;
+        }
+        default:
+            break;
     }
     return QWidget::eventFilter(watched, event);
 }

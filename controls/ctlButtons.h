@@ -33,7 +33,7 @@ signals:
     void KeyDown(int index, int keyCode, int shift);
     void KeyPress(int index, int keyAscii);
     void KeyUp(int index, int keyCode, int shift);
-    void MouseDown(int index, int button, int shift, int x, int y);   // declared, never raised
+    void MouseDown(int index, int button, int shift, int x, int y);  // declared, never raised
     void MouseMove(int index, int button, int shift, int x, int y);
     void MouseUp(int index, int button, int shift, int x, int y);
     void Resize();
@@ -51,7 +51,7 @@ private:
     QString iniFile_ = QStringLiteral("0");
     long backColor_ = kSysButtonFace;
     std::vector<ButtonItem> items_;
-    std::vector<QPushButton*> buttons_;   // element 0: the template that gives the height
+    std::vector<QPushButton*> buttons_;  // element 0: the template that gives the height
 };
 
 }  // namespace td

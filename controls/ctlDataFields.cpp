@@ -47,7 +47,8 @@ ctlDataFields::ctlDataFields(QWidget* parent) : QWidget(parent)
     rows_.push_back(makeRow(0));
     RowControls& t = rows_[0];
     const int height = t.txtValue->sizeHint().height();
-    t.lblCaption->setGeometry(TwipsToPixels(120, this), TwipsToPixels(120, this), TwipsToPixels(1500, this), height);
+    t.lblCaption->setGeometry(TwipsToPixels(120, this), TwipsToPixels(120, this), TwipsToPixels(1500, this),
+                              height);
     t.txtValue->setGeometry(0, 0, TwipsToPixels(2400, this), height);
     t.cmdValue->setGeometry(0, 0, TwipsToPixels(1000, this), height);
     for (QWidget* w : {static_cast<QWidget*>(t.lblCaption), static_cast<QWidget*>(t.txtValue),
@@ -56,12 +57,17 @@ ctlDataFields::ctlDataFields(QWidget* parent) : QWidget(parent)
         w->hide();
 }
 
-ctlDataFields::~ctlDataFields() { mrsMain = nullptr; }
+ctlDataFields::~ctlDataFields()
+{
+    mrsMain = nullptr;
+}
 
 ctlDataFields::RowControls ctlDataFields::makeRow(int index)
 {
     RowControls r;
-    const auto name = [index](const char* base) { return QStringLiteral("%1(%2)").arg(QLatin1String(base)).arg(index); };
+    const auto name = [index](const char* base) {
+        return QStringLiteral("%1(%2)").arg(QLatin1String(base)).arg(index);
+    };
     r.lblCaption = new QLabel(this);
     r.lblCaption->setObjectName(name("lblCaption"));
     r.lblCaption->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
@@ -83,12 +89,14 @@ ctlDataFields::RowControls ctlDataFields::makeRow(int index)
         o->setProperty("Index", index);
         o->installEventFilter(this);
     }
-    connect(r.txtValue, &QLineEdit::textChanged, this, [this, index] { valueEdited(index, rows_[std::size_t(index)].txtValue); });
+    connect(r.txtValue, &QLineEdit::textChanged, this,
+            [this, index] { valueEdited(index, rows_[std::size_t(index)].txtValue); });
     connect(r.cboValue, &QComboBox::editTextChanged, this, [this, index] {
         if (field(index).Class != kList)
             valueEdited(index, rows_[std::size_t(index)].cboValue);
     });
-    connect(r.cboValue, &QComboBox::activated, this, [this, index] { valueEdited(index, rows_[std::size_t(index)].cboValue); });
+    connect(r.cboValue, &QComboBox::activated, this,
+            [this, index] { valueEdited(index, rows_[std::size_t(index)].cboValue); });
     connect(r.cboValue, &DropDownCombo::DropDown, this, [this, index] { fillDropDown(index); });
     connect(r.cmdValue, &QPushButton::clicked, this, [this, index] { emit Click(index); });
     return r;
@@ -155,8 +163,12 @@ double ctlDataFields::formatTwips(const QString& key, double def) const
 void ctlDataFields::layoutRows()
 {
     const RowControls& t = rows_[0];
-    const double captionWidth = captionVisible_ ? formatTwips(QStringLiteral("CaptionWidth"), PixelsToTwips(t.lblCaption->width(), this)) : 0;
-    const double buttonWidth = buttonVisible_ ? formatTwips(QStringLiteral("ButtonWidth"), PixelsToTwips(t.cmdValue->width(), this)) : 0;
+    const double captionWidth = captionVisible_ ? formatTwips(QStringLiteral("CaptionWidth"),
+                                                              PixelsToTwips(t.lblCaption->width(), this))
+                                                : 0;
+    const double buttonWidth =
+        buttonVisible_ ? formatTwips(QStringLiteral("ButtonWidth"), PixelsToTwips(t.cmdValue->width(), this))
+                       : 0;
     const double left = PixelsToTwips(t.lblCaption->x(), this);
     const double top = formatTwips(QStringLiteral("FieldTop"), PixelsToTwips(t.lblCaption->y(), this));
     const int highest = int(rows_.size()) - 1;
@@ -218,7 +230,8 @@ void ctlDataFields::setValueTip(int index)
     RowControls& r = rows_[std::size_t(index)];
     const auto tip = [this](QWidget* box, double marginTwips) {
         const QString text = TextOf(box);
-        const bool wide = box->fontMetrics().horizontalAdvance(text) > box->width() - TwipsToPixels(marginTwips, this);
+        const bool wide =
+            box->fontMetrics().horizontalAdvance(text) > box->width() - TwipsToPixels(marginTwips, this);
         box->setToolTip(wide ? text : QString());
     };
     tip(r.txtValue, 120);
@@ -471,16 +484,26 @@ QVariant ctlDataFields::GetField(int index, const QString& key) const
         return {};
     const DataField& f = field(index);
     const QString k = key.toLower();
-    if (k == u"caption") return f.Caption;
-    if (k == u"hint") return f.Hint;
-    if (k == u"table") return f.Table;
-    if (k == u"field") return f.Field;
-    if (k == u"enabled") return f.Enabled;
-    if (k == u"class") return f.Class;
-    if (k == u"classex") return f.ClassEx;
-    if (k == u"cmd") return f.Cmd;
-    if (k == u"value") return f.Value;
-    if (k == u"changed") return f.Changed;
+    if (k == u"caption")
+        return f.Caption;
+    if (k == u"hint")
+        return f.Hint;
+    if (k == u"table")
+        return f.Table;
+    if (k == u"field")
+        return f.Field;
+    if (k == u"enabled")
+        return f.Enabled;
+    if (k == u"class")
+        return f.Class;
+    if (k == u"classex")
+        return f.ClassEx;
+    if (k == u"cmd")
+        return f.Cmd;
+    if (k == u"value")
+        return f.Value;
+    if (k == u"changed")
+        return f.Changed;
     return {};
 }
 
@@ -522,7 +545,7 @@ bool ctlDataFields::SetField(int index, const QString& key, const QVariant& valu
         r.cmdValue->setVisible(!text.isEmpty() && buttonVisible_);
     } else if (k == u"value") {
         f.Value = text;
-        setBothTexts(index, text);   // guards clear: a differing box runs the edit procedure
+        setBothTexts(index, text);  // guards clear: a differing box runs the edit procedure
     } else if (k == u"changed") {
         f.Changed = value.toBool();
         if (f.Changed)
@@ -541,11 +564,26 @@ int ctlDataFields::GetFieldIndex(const QString& name) const
     return 0;
 }
 
-QLineEdit* ctlDataFields::txtValue(int index) const { return rows_.at(std::size_t(index)).txtValue; }
-DropDownCombo* ctlDataFields::cboValue(int index) const { return rows_.at(std::size_t(index)).cboValue; }
-QPushButton* ctlDataFields::cmdValue(int index) const { return rows_.at(std::size_t(index)).cmdValue; }
-QLabel* ctlDataFields::lblCaption(int index) const { return rows_.at(std::size_t(index)).lblCaption; }
-QLabel* ctlDataFields::lblHint(int index) const { return rows_.at(std::size_t(index)).lblHint; }
+QLineEdit* ctlDataFields::txtValue(int index) const
+{
+    return rows_.at(std::size_t(index)).txtValue;
+}
+DropDownCombo* ctlDataFields::cboValue(int index) const
+{
+    return rows_.at(std::size_t(index)).cboValue;
+}
+QPushButton* ctlDataFields::cmdValue(int index) const
+{
+    return rows_.at(std::size_t(index)).cmdValue;
+}
+QLabel* ctlDataFields::lblCaption(int index) const
+{
+    return rows_.at(std::size_t(index)).lblCaption;
+}
+QLabel* ctlDataFields::lblHint(int index) const
+{
+    return rows_.at(std::size_t(index)).lblHint;
+}
 
 // Events of the value boxes
 
@@ -558,52 +596,53 @@ bool ctlDataFields::eventFilter(QObject* watched, QEvent* event)
     const bool inText = watched == r.txtValue;
     const bool inCombo = !inText;
     switch (event->type()) {
-    case QEvent::FocusIn:
-        if (inText)
-            QTimer::singleShot(0, r.txtValue, &QLineEdit::selectAll);
-        else if (field(index).Class == kCombo)
-            QTimer::singleShot(0, r.cboValue->lineEdit(), &QLineEdit::selectAll);
-        break;
-    case QEvent::KeyPress: {
-        auto* key = static_cast<QKeyEvent*>(event);
-        if (inCombo) {
-            const bool typed = !key->text().isEmpty() && key->key() != Qt::Key_Tab && key->key() != Qt::Key_Return
-                               && key->key() != Qt::Key_Enter && key->key() != Qt::Key_Escape;
-            return field(index).Class == kList && typed;
-        }
-        emit KeyDown(index, VbKeyCode(key->key()), VbShift(key->modifiers()));
-        if (!key->text().isEmpty())
-            emit KeyPress(index, key->text().at(0).unicode());
-        break;
-    }
-    case QEvent::KeyRelease:
-        if (inText) {
+        case QEvent::FocusIn:
+            if (inText)
+                QTimer::singleShot(0, r.txtValue, &QLineEdit::selectAll);
+            else if (field(index).Class == kCombo)
+                QTimer::singleShot(0, r.cboValue->lineEdit(), &QLineEdit::selectAll);
+            break;
+        case QEvent::KeyPress: {
             auto* key = static_cast<QKeyEvent*>(event);
-            emit KeyUp(index, VbKeyCode(key->key()), VbShift(key->modifiers()));
+            if (inCombo) {
+                const bool typed = !key->text().isEmpty() && key->key() != Qt::Key_Tab &&
+                                   key->key() != Qt::Key_Return && key->key() != Qt::Key_Enter &&
+                                   key->key() != Qt::Key_Escape;
+                return field(index).Class == kList && typed;
+            }
+            emit KeyDown(index, VbKeyCode(key->key()), VbShift(key->modifiers()));
+            if (!key->text().isEmpty())
+                emit KeyPress(index, key->text().at(0).unicode());
+            break;
         }
-        break;
-    case QEvent::MouseButtonDblClick:
-        if (inText)
-            emit DblClick(index);
-        break;
-    case QEvent::MouseButtonPress:
-    case QEvent::MouseButtonRelease:
-    case QEvent::MouseMove:
-        if (inText) {
-            auto* m = static_cast<QMouseEvent*>(event);
-            const int button = VbButton(event->type() == QEvent::MouseMove ? m->buttons() : m->button());
-            const int shift = VbShift(m->modifiers());
-            const int x = int(m->position().x()), y = int(m->position().y());
-            if (event->type() == QEvent::MouseButtonPress)
-                emit MouseDown(index, button, shift, x, y);
-            else if (event->type() == QEvent::MouseButtonRelease)
-                emit MouseUp(index, button, shift, x, y);
-            else
-                emit MouseMove(index, button, shift, x, y);
-        }
-        break;
-    default:
-        break;
+        case QEvent::KeyRelease:
+            if (inText) {
+                auto* key = static_cast<QKeyEvent*>(event);
+                emit KeyUp(index, VbKeyCode(key->key()), VbShift(key->modifiers()));
+            }
+            break;
+        case QEvent::MouseButtonDblClick:
+            if (inText)
+                emit DblClick(index);
+            break;
+        case QEvent::MouseButtonPress:
+        case QEvent::MouseButtonRelease:
+        case QEvent::MouseMove:
+            if (inText) {
+                auto* m = static_cast<QMouseEvent*>(event);
+                const int button = VbButton(event->type() == QEvent::MouseMove ? m->buttons() : m->button());
+                const int shift = VbShift(m->modifiers());
+                const int x = int(m->position().x()), y = int(m->position().y());
+                if (event->type() == QEvent::MouseButtonPress)
+                    emit MouseDown(index, button, shift, x, y);
+                else if (event->type() == QEvent::MouseButtonRelease)
+                    emit MouseUp(index, button, shift, x, y);
+                else
+                    emit MouseMove(index, button, shift, x, y);
+            }
+            break;
+        default:
+            break;
     }
     return QWidget::eventFilter(watched, event);
 }

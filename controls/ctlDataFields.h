@@ -104,7 +104,7 @@ private:
     bool captionVisible_ = true;
     bool buttonVisible_ = true;
     std::vector<DataField> fields_;
-    std::vector<RowControls> rows_;   // element 0: the template that gives the default sizes
+    std::vector<RowControls> rows_;  // element 0: the template that gives the default sizes
 };
 
 }  // namespace td

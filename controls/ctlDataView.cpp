@@ -41,7 +41,8 @@ ctlDataView::ctlDataView(QWidget* parent) : QWidget(parent)
 
     strip_ = new StatusStrip(this);
     connect(strip_, &StatusStrip::MoveRequested, this, &ctlDataView::Move);
-    connect(strip_, &StatusStrip::MoveToRequested, this, [this](qint64 i) { MoveTo(int(std::clamp<qint64>(i, -1, INT_MAX))); });
+    connect(strip_, &StatusStrip::MoveToRequested, this,
+            [this](qint64 i) { MoveTo(int(std::clamp<qint64>(i, -1, INT_MAX))); });
 
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -110,7 +111,10 @@ Recordset& ctlDataView::recordset() const
     return *mrsMain;
 }
 
-RecordRow ctlDataView::rowReader() const { return RecordRow(recordset(), columns_, icon_, smallIcon_); }
+RecordRow ctlDataView::rowReader() const
+{
+    return RecordRow(recordset(), columns_, icon_, smallIcon_);
+}
 
 bool ctlDataView::ClearViewData()
 {
@@ -178,7 +182,8 @@ bool ctlDataView::LoadViewData(int piMaxItem)
 
 // Adds a row for each record not seen, in recordset order. The status counts positions in a load
 // and records in a refresh; both yield every thousand and stop on cancel.
-void ctlDataView::addUnseen(const RecordRow& reader, const std::vector<bool>& seen, int maxItems, bool refreshing)
+void ctlDataView::addUnseen(const RecordRow& reader, const std::vector<bool>& seen, int maxItems,
+                            bool refreshing)
 {
     const qsizetype n = qsizetype(seen.size());
     // Room for exactly the rows to come: a refresh adds few, and a list of a million rows should
@@ -253,7 +258,7 @@ bool ctlDataView::RefreshViewData()
         const qsizetype n = rs.RecordCount();
         if (n == 0) {
             model_->clearRows();
-            return false;   // an emptied list reports no state
+            return false;  // an emptied list reports no state
         }
         const RecordRow reader = rowReader();
         std::vector<bool> seen(static_cast<std::size_t>(n), false);
@@ -374,8 +379,8 @@ bool ctlDataView::isRowSelected(int row) const
 
 void ctlDataView::selectRow(int row, bool selected)
 {
-    const auto flags = (selected ? QItemSelectionModel::Select : QItemSelectionModel::Deselect)
-                       | QItemSelectionModel::Rows;
+    const auto flags =
+        (selected ? QItemSelectionModel::Select : QItemSelectionModel::Deselect) | QItemSelectionModel::Rows;
     lvwMain_->selectionModel()->select(model_->index(row - 1, 0), flags);
 }
 
@@ -470,7 +475,7 @@ int ctlDataView::SelectAll()
                 QItemSelection(model_->index(0, 0), model_->index(n - 1, model_->columnCount() - 1)),
                 QItemSelectionModel::Select);
         else
-            selectOnly(n, 1, 0);   // a single-select list keeps the last row it was told to select
+            selectOnly(n, 1, 0);  // a single-select list keeps the last row it was told to select
     }
     UpdateViewState();
     return n;
@@ -487,7 +492,7 @@ int ctlDataView::DeSelect()
         } else if (n == 1) {
             selectRow(1, !isRowSelected(1));
         } else {
-            selectOnly(n, 1, 0);   // flipping row after row, each selection drops the one before
+            selectOnly(n, 1, 0);  // flipping row after row, each selection drops the one before
         }
     }
     QList<int> selected;
@@ -539,31 +544,32 @@ bool ctlDataView::eventFilter(QObject* watched, QEvent* event)
     } else if (auto* mouse = dynamic_cast<QMouseEvent*>(event); mouse && watched == lvwMain_->viewport()) {
         // Only mouse events are read here; the viewport sees many other kinds.
         switch (event->type()) {
-        case QEvent::MouseButtonPress:
-            emit MouseDown(VbButton(mouse->button()), VbShift(mouse->modifiers()), int(mouse->position().x()),
-                           int(mouse->position().y()));
-            break;
-        case QEvent::MouseButtonRelease:
-            lastMouseButton_ = 0;
-            UpdateViewState();
-            emit MouseUp(VbButton(mouse->button()), VbShift(mouse->modifiers()), int(mouse->position().x()),
-                         int(mouse->position().y()));
-            emit Click();
-            break;
-        case QEvent::MouseButtonDblClick:
-            emit DblClick();
-            break;
-        case QEvent::MouseMove: {
-            // A release that the list swallowed still has to update the owner.
-            const int button = VbButton(mouse->buttons());
-            if (button == 0 && lastMouseButton_ != 0)
+            case QEvent::MouseButtonPress:
+                emit MouseDown(VbButton(mouse->button()), VbShift(mouse->modifiers()),
+                               int(mouse->position().x()), int(mouse->position().y()));
+                break;
+            case QEvent::MouseButtonRelease:
+                lastMouseButton_ = 0;
                 UpdateViewState();
-            lastMouseButton_ = button;
-            emit MouseMove(button, VbShift(mouse->modifiers()), int(mouse->position().x()), int(mouse->position().y()));
-            break;
-        }
-        default:
-            break;
+                emit MouseUp(VbButton(mouse->button()), VbShift(mouse->modifiers()),
+                             int(mouse->position().x()), int(mouse->position().y()));
+                emit Click();
+                break;
+            case QEvent::MouseButtonDblClick:
+                emit DblClick();
+                break;
+            case QEvent::MouseMove: {
+                // A release that the list swallowed still has to update the owner.
+                const int button = VbButton(mouse->buttons());
+                if (button == 0 && lastMouseButton_ != 0)
+                    UpdateViewState();
+                lastMouseButton_ = button;
+                emit MouseMove(button, VbShift(mouse->modifiers()), int(mouse->position().x()),
+                               int(mouse->position().y()));
+                break;
+            }
+            default:
+                break;
         }
     }
     return QWidget::eventFilter(watched, event);
@@ -577,14 +583,41 @@ void ctlDataView::resizeEvent(QResizeEvent* event)
 
 // ListItems
 
-int ListItems::Count() const { return view_.model_->rowCount(); }
-QString ListItems::Text(int index) const { return view_.model_->text(index - 1, 0); }
-QString ListItems::SubItems(int index, int n) const { return view_.model_->text(index - 1, n); }
-Bookmark ListItems::Tag(int index) const { return view_.model_->tag(index - 1); }
-QString ListItems::Icon(int index) const { return view_.model_->icon(index - 1); }
-QString ListItems::SmallIcon(int index) const { return view_.model_->smallIcon(index - 1); }
-bool ListItems::Selected(int index) const { return view_.isRowSelected(index); }
-void ListItems::setSelected(int index, bool selected) { view_.selectRow(index, selected); }
-void ListItems::EnsureVisible(int index) { view_.lvwMain_->scrollTo(view_.model_->index(index - 1, 0)); }
+int ListItems::Count() const
+{
+    return view_.model_->rowCount();
+}
+QString ListItems::Text(int index) const
+{
+    return view_.model_->text(index - 1, 0);
+}
+QString ListItems::SubItems(int index, int n) const
+{
+    return view_.model_->text(index - 1, n);
+}
+Bookmark ListItems::Tag(int index) const
+{
+    return view_.model_->tag(index - 1);
+}
+QString ListItems::Icon(int index) const
+{
+    return view_.model_->icon(index - 1);
+}
+QString ListItems::SmallIcon(int index) const
+{
+    return view_.model_->smallIcon(index - 1);
+}
+bool ListItems::Selected(int index) const
+{
+    return view_.isRowSelected(index);
+}
+void ListItems::setSelected(int index, bool selected)
+{
+    view_.selectRow(index, selected);
+}
+void ListItems::EnsureVisible(int index)
+{
+    view_.lvwMain_->scrollTo(view_.model_->index(index - 1, 0));
+}
 
 }  // namespace td

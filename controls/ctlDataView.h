@@ -47,7 +47,7 @@ public:
     QString IniFile() const { return iniFile_; }
     void setIniFile(const QString& file) { iniFile_ = file; }
     int View() const { return view_; }
-    void setView(int view) { view_ = view; }   // report style is the one this list draws
+    void setView(int view) { view_ = view; }  // report style is the one this list draws
 
     bool LoadViewFormat();
     bool SaveViewFormat();

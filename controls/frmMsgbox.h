@@ -26,7 +26,7 @@ protected:
 
 private:
     QLabel* prompt_ = nullptr;
-    std::vector<QPushButton*> buttons_;   // element 0: the template
+    std::vector<QPushButton*> buttons_;  // element 0: the template
 };
 
 }  // namespace td

@@ -56,7 +56,10 @@ frmProcess::frmProcess(QWidget* parent) : QDialog(parent)
     ApplyWindowText(this);
 }
 
-QString frmProcess::HintText() const { return lblHint_->text(); }
+QString frmProcess::HintText() const
+{
+    return lblHint_->text();
+}
 
 void frmProcess::showBar()
 {
@@ -73,7 +76,8 @@ void frmProcess::StartProcess(const QString& psCaption, const QString& psHint, q
         setWindowTitle(psCaption);
     // A maximum of 100 is a percentage: no counter until the first step.
     lblHint_->setText(plMax == 100 ? psHint
-                                   : psHint + QStringLiteral(" 0 of ") + CounterNumber(double(plMax)) + QStringLiteral(" done!"));
+                                   : psHint + QStringLiteral(" 0 of ") + CounterNumber(double(plMax)) +
+                                         QStringLiteral(" done!"));
     min_ = 0;
     max_ = double(plMax);
     value_ = double(plStart);
@@ -95,8 +99,8 @@ void frmProcess::Processing(qint64 plValue)
             max_ = value_ + 1;
         value_ += 1;
     }
-    lblHint_->setText(hint_ + u' ' + CounterNumber(value_) + QStringLiteral(" of ") + CounterNumber(max_)
-                      + QStringLiteral(" done!"));
+    lblHint_->setText(hint_ + u' ' + CounterNumber(value_) + QStringLiteral(" of ") + CounterNumber(max_) +
+                      QStringLiteral(" done!"));
     showBar();
     yield_.ifDue();
 }

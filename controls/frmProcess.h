@@ -17,7 +17,8 @@ public:
     // The one shared window; made on first use and again after EndProcess.
     static frmProcess& Instance();
 
-    void StartProcess(const QString& psCaption, const QString& psHint, qint64 plStart, qint64 plMax, bool pbCanCancel);
+    void StartProcess(const QString& psCaption, const QString& psHint, qint64 plStart, qint64 plMax,
+                      bool pbCanCancel);
     void Processing(qint64 plValue);
     bool IsProcessCanceled();
     void ResumeProcess() { canceled_ = false; }

@@ -1,13 +1,13 @@
 #include "libraries/FileFinder.h"
+#include "libraries/FinderDirectory.h"
+#include "shell/services/FilePaths.h"
+#include "shell/services/Platform.h"
+#include "shell/services/Wildcard.h"
 #include <QDir>
 #include <QStringBuilder>
 #include <set>
 #include <utility>
 #include <vector>
-#include "libraries/FinderDirectory.h"
-#include "shell/services/FilePaths.h"
-#include "shell/services/Platform.h"
-#include "shell/services/Wildcard.h"
 
 namespace td {
 namespace {

@@ -1,7 +1,7 @@
 #pragma once
+#include "shell/services/TextArray.h"
 #include <QString>
 #include <atomic>
-#include "shell/services/TextArray.h"
 
 class QWidget;
 

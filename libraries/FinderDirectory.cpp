@@ -1,13 +1,13 @@
 #include "libraries/FinderDirectory.h"
+#include "libraries/FileFinder.h"
+#include "shell/services/Wildcard.h"
+#include <QFile>
+#include <QSet>
+#include <algorithm>
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
-#include <QFile>
-#include <QSet>
-#include <algorithm>
-#include "libraries/FileFinder.h"
-#include "shell/services/Wildcard.h"
 
 namespace td::finder {
 namespace {

@@ -15,7 +15,8 @@ namespace {
 
 bool IsDataBoundControl(const QObject* o)
 {
-    return o->inherits("td::ctlDataView") || o->inherits("td::ctlDataFields") || o->inherits("td::ctlButtons");
+    return o->inherits("td::ctlDataView") || o->inherits("td::ctlDataFields") ||
+           o->inherits("td::ctlButtons");
 }
 
 // An action's tip reads as its text when none was given; that is no designed tip.
@@ -75,7 +76,7 @@ void AddToolBar(QList<WindowControl>& out, QToolBar* bar)
 {
     int index = 0;
     for (QAction* a : bar->actions()) {
-        ++index;   // buttons count from 1, separators included
+        ++index;  // buttons count from 1, separators included
         if (a->objectName().isEmpty() && !a->isSeparator())
             AddAction(out, a, QStringLiteral("%1(%2)").arg(bar->objectName()).arg(index));
     }

@@ -11,9 +11,9 @@ namespace td {
 // One thing of a window that has a caption or a tip: a widget, an action, a menu or a toolbar button.
 struct WindowControl {
     QObject* object = nullptr;
-    QString key;           // its name, or name(index) for a member of an array or a toolbar button
+    QString key;  // its name, or name(index) for a member of an array or a toolbar button
     bool hasCaption = false;
-    bool wholeFont = false;   // the three data-bound controls take the whole interface font
+    bool wholeFont = false;  // the three data-bound controls take the whole interface font
     std::function<QString()> caption;
     std::function<void(const QString&)> setCaption;
     std::function<QString()> toolTip;

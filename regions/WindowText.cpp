@@ -50,7 +50,10 @@ void ApplyFont(const WindowControl& c, const InterfaceFontSpec& font)
     w->setFont(f);
 }
 
-QString TranslatedOrEmpty(const QString& text) { return text.isEmpty() ? QString() : TranslateText(text); }
+QString TranslatedOrEmpty(const QString& text)
+{
+    return text.isEmpty() ? QString() : TranslateText(text);
+}
 
 void ApplyWindowCaption(QWidget* window, const QString& file)
 {
@@ -122,8 +125,14 @@ QString SetRegionAndApply(const QString& name)
     return QStringLiteral("True");
 }
 
-QString GetRegionFolder() { return AppPath() + QStringLiteral("/Region/") + GetDefaultRegion(); }
+QString GetRegionFolder()
+{
+    return AppPath() + QStringLiteral("/Region/") + GetDefaultRegion();
+}
 
-void ResetWindowTextFont() { interfaceFont().reset(); }
+void ResetWindowTextFont()
+{
+    interfaceFont().reset();
+}
 
 }  // namespace td

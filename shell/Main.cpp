@@ -37,7 +37,10 @@ QIcon ProgramIcon()
 
 }  // namespace
 
-QString SessionUser() { return sessionUser(); }
+QString SessionUser()
+{
+    return sessionUser();
+}
 
 bool RunDatabaseDialog()
 {
@@ -74,7 +77,7 @@ void ChangeDatabase()
 {
     try {
         if (!RunDatabaseDialog())
-            return;   // the running session goes on untouched
+            return;  // the running session goes on untouched
         CloseAllWindows();
         if (!DatabaseLogin()) {
             loginFailed();
@@ -113,7 +116,7 @@ void AppTerminate()
         QWidget* w = *it;
         auto* frame = qobject_cast<mdiMain*>(w);
         if (frame && frame->unloading())
-            continue;   // already going
+            continue;  // already going
         if (w->isVisible() || frame)
             w->close();
     }

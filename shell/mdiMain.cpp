@@ -1,4 +1,5 @@
 #include "shell/mdiMain.h"
+#include "regions/WindowText.h"
 #include "shell/AboutBox.h"
 #include "shell/CommandTarget.h"
 #include "shell/Main.h"
@@ -6,7 +7,6 @@
 #include "shell/services/Dialogs.h"
 #include "shell/services/Shell.h"
 #include "shell/services/Translate.h"
-#include "regions/WindowText.h"
 #include "songdb/SongSession.h"
 #include <QAction>
 #include <QCloseEvent>
@@ -42,10 +42,19 @@ const QStringList kPaneKeys = {QStringLiteral("total"), QStringLiteral("selected
 
 }  // namespace
 
-mdiMain* MainFrame() { return theFrame().data(); }
+mdiMain* MainFrame()
+{
+    return theFrame().data();
+}
 
-void mdiMain::registerWindow(const QString& name, WindowFactory factory) { factories().insert(name, std::move(factory)); }
-bool mdiMain::isRegistered(const QString& name) { return factories().contains(name); }
+void mdiMain::registerWindow(const QString& name, WindowFactory factory)
+{
+    factories().insert(name, std::move(factory));
+}
+bool mdiMain::isRegistered(const QString& name)
+{
+    return factories().contains(name);
+}
 
 mdiMain::mdiMain(QWidget* parent) : QMainWindow(parent)
 {
@@ -122,8 +131,14 @@ QString mdiMain::pane(const QString& key) const
     return l ? l->text() : QString();
 }
 
-QAction* mdiMain::menuAction(const QString& name) const { return actions_.value(name); }
-QMenu* mdiMain::menu(const QString& name) const { return menus_.value(name); }
+QAction* mdiMain::menuAction(const QString& name) const
+{
+    return actions_.value(name);
+}
+QMenu* mdiMain::menu(const QString& name) const
+{
+    return menus_.value(name);
+}
 
 void mdiMain::buildToolbar()
 {
@@ -279,7 +294,10 @@ void mdiMain::fillWindowMenu()
     }
 }
 
-void mdiMain::openUserGuide() { OpenInternetShortcut(AppPath() + QStringLiteral("/userguide_home.htm")); }
+void mdiMain::openUserGuide()
+{
+    OpenInternetShortcut(AppPath() + QStringLiteral("/userguide_home.htm"));
+}
 
 void mdiMain::showAbout()
 {

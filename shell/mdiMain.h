@@ -76,7 +76,7 @@ private:
     QHash<QString, QLabel*> panes_;
     QHash<QString, QAction*> actions_;
     QHash<QString, QMenu*> menus_;
-    QHash<QString, QString> toolbarMenu_;   // toolbar key -> menu entry name
+    QHash<QString, QString> toolbarMenu_;  // toolbar key -> menu entry name
     bool unloading_ = false;
 };
 

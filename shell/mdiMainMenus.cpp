@@ -37,16 +37,21 @@ QAction* mdiMain::addEntry(QMenu* menu, const char* name, const char* caption, c
 void mdiMain::buildMenus()
 {
     auto sep = [](QMenu* m) { m->addSeparator(); };
-    auto info = [](const char* text) { return [text] { MsgInfo(TranslateText(QString::fromLatin1(text))); }; };
+    auto info = [](const char* text) {
+        return [text] { MsgInfo(TranslateText(QString::fromLatin1(text))); };
+    };
     auto song = [this](const char* kw) { return [this, kw] { songCommand(QString::fromLatin1(kw)); }; };
-    auto play = [this](const char* action) { return [this, action] { songPlay(QString::fromLatin1(action)); }; };
+    auto play = [this](const char* action) {
+        return [this, action] { songPlay(QString::fromLatin1(action)); };
+    };
     auto singer = [this](const char* kw) { return [this, kw] { singerCommand(QString::fromLatin1(kw)); }; };
     auto window = [this](const char* name) { return [this, name] { guarded(QString::fromLatin1(name)); }; };
     // A checked view entry hides its panel, an unchecked one shows it.
     auto view = [this](const char* entry, bool songbook, const char* what) {
         return [this, entry, songbook, what] {
             const bool checked = actions_.value(QString::fromLatin1(entry))->isChecked();
-            const QString kw = (checked ? QStringLiteral("hide") : QStringLiteral("show")) + QString::fromLatin1(what);
+            const QString kw =
+                (checked ? QStringLiteral("hide") : QStringLiteral("show")) + QString::fromLatin1(what);
             songbook ? songCommand(kw) : singerCommand(kw);
         };
     };
@@ -84,7 +89,8 @@ void mdiMain::buildMenus()
     addEntry(m, "mnuSongPlayInsert", "Insert to program list (&I)", nullptr, play("i"));
     sep(m);
     QMenu* v = addMenu(m, "mnuSongView", "View (&W)");
-    addEntry(v, "mnuSongViewProperty", "Property window", nullptr, view("mnuSongViewProperty", true, "property"))
+    addEntry(v, "mnuSongViewProperty", "Property window", nullptr,
+             view("mnuSongViewProperty", true, "property"))
         ->setCheckable(true);
     addEntry(v, "mnuSongViewPreview", "Preview window", nullptr, view("mnuSongViewPreview", true, "preview"))
         ->setCheckable(true);
@@ -121,15 +127,18 @@ void mdiMain::buildMenus()
     addEntry(m, "mnuSingerImport", "Import from folder ... (&I)", nullptr, singer("import"));
     sep(m);
     v = addMenu(m, "mnuSingerView", "View (&W)");
-    addEntry(v, "mnuSingerViewProperty", "Property window", nullptr, view("mnuSingerViewProperty", false, "property"))
+    addEntry(v, "mnuSingerViewProperty", "Property window", nullptr,
+             view("mnuSingerViewProperty", false, "property"))
         ->setCheckable(true);
-    addEntry(v, "mnuSingerViewPreview", "Preview window", nullptr, view("mnuSingerViewPreview", false, "preview"))
+    addEntry(v, "mnuSingerViewPreview", "Preview window", nullptr,
+             view("mnuSingerViewPreview", false, "preview"))
         ->setCheckable(true);
     sep(m);
     addEntry(m, "mnuSingerRefresh", "Refresh (&R)", nullptr, singer("refresh"));
 
     m = addMenu(nullptr, "mnuTool", "Tools (&T)");
-    addEntry(m, "mnuToolCopy", "Copy media files from disc to library ... (&C)", nullptr, window("frmCopyDisc"));
+    addEntry(m, "mnuToolCopy", "Copy media files from disc to library ... (&C)", nullptr,
+             window("frmCopyDisc"));
     addEntry(m, "mnuToolPrint", "Print songbook ... (&P)", nullptr, window("frmPrint"));
     addEntry(m, "mnuToolCheck", "Check songbook (&K)", nullptr, window("frmCheckBook"));
     sep(m);
@@ -141,7 +150,8 @@ void mdiMain::buildMenus()
     sep(m);
     addEntry(m, "mnuRegionAvailable", "Available region ... (&A)", nullptr, window("frmAvailableRegion"));
     addEntry(m, "mnuRegionGlobe", "Globe region for songs ... (&G)", nullptr, window("frmGlobeRegion"));
-    addEntry(m, "mnuRegionDefault", "Default region for interface ... (&D)", nullptr, window("frmDefaultRegion"));
+    addEntry(m, "mnuRegionDefault", "Default region for interface ... (&D)", nullptr,
+             window("frmDefaultRegion"));
     sep(m);
     addEntry(m, "mnuConfOptions", "Options ... (&O)", nullptr, window("frmOptions"));
 

@@ -10,7 +10,9 @@ namespace td {
 class BusyWindow {
 public:
     explicit BusyWindow(QWidget* window)
-        : window_(window), focus_(QApplication::focusWidget()), wasDisabled_(window->testAttribute(Qt::WA_ForceDisabled))
+        : window_(window),
+          focus_(QApplication::focusWidget()),
+          wasDisabled_(window->testAttribute(Qt::WA_ForceDisabled))
     {
         QApplication::setOverrideCursor(Qt::WaitCursor);
         window_->setEnabled(false);

@@ -34,8 +34,8 @@ bool IsNewMedia(const QString& path, bool firstFile)
         return false;
     // Names pass unquoted here, as the songbook always stored them.
     std::unique_ptr<Recordset> known;
-    if (!SongOpenRecordset(QStringLiteral("select * from song where media_file='") + rest + QStringLiteral("' and library ='")
-                               + library + u'\'',
+    if (!SongOpenRecordset(QStringLiteral("select * from song where media_file='") + rest +
+                               QStringLiteral("' and library ='") + library + u'\'',
                            known))
         return false;
     return known->RecordCount() < 1;
@@ -104,7 +104,8 @@ void frmSong::cboMedia_DropDown()
 
 bool frmSong::FindMediaFiles(const QString& root, TextArray& files)
 {
-    const QString pattern = SongReadValue(QString(), QStringLiteral("FileType"), QStringLiteral("*.vob;*.dat;*.mp3;*.avi"));
+    const QString pattern =
+        SongReadValue(QString(), QStringLiteral("FileType"), QStringLiteral("*.vob;*.dat;*.mp3;*.avi"));
     int attributes = 0;
     return FindFiles(NativePath(root), pattern, -1, files, attributes);
 }

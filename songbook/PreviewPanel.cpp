@@ -68,7 +68,7 @@ void PreviewPanel::buildTransport()
         cmdChan_[std::size_t(i)] = new QPushButton(QString::fromLatin1(names[i]), picMoni2_);
         cmdChan_[std::size_t(i)]->setObjectName(QStringLiteral("cmdChan(%1)").arg(i));
         cmdChan_[std::size_t(i)]->setToolTip(QString::fromLatin1(tips[i]));
-        cmdChan_[std::size_t(i)]->hide();   // both channels are on
+        cmdChan_[std::size_t(i)]->hide();  // both channels are on
         lblChan_[std::size_t(i)] = new QLabel(QString::fromLatin1(names[i]), picMoni2_);
         lblChan_[std::size_t(i)]->setObjectName(QStringLiteral("lblChan(%1)").arg(i));
         lblChan_[std::size_t(i)]->setAlignment(Qt::AlignCenter);
@@ -82,8 +82,9 @@ void PreviewPanel::buildTransport()
 bool PreviewPanel::LoadLogo()
 {
     const QString english = AppPath() + QStringLiteral("/Region/English");
-    for (const QString& candidate : {GetRegionFolder() + QStringLiteral("/Logo.bmp"), GetRegionFolder() + QStringLiteral("/Logo.jpg"),
-                                     english + QStringLiteral("/Logo.bmp"), english + QStringLiteral("/Logo.jpg")}) {
+    for (const QString& candidate :
+         {GetRegionFolder() + QStringLiteral("/Logo.bmp"), GetRegionFolder() + QStringLiteral("/Logo.jpg"),
+          english + QStringLiteral("/Logo.bmp"), english + QStringLiteral("/Logo.jpg")}) {
         if (FileKind(candidate) != u"f")
             continue;
         QPixmap logo(candidate);
@@ -138,8 +139,8 @@ void PreviewPanel::layoutTransport()
     const int volumeRight = w - TwipsToPixels(1400, this);
     const int volumeWidth = TwipsToPixels(1200, this);
     sldVolume_->setGeometry(volumeRight - volumeWidth, 0, volumeWidth, h);
-    hsbPosi_->setGeometry(x, (h - hsbPosi_->sizeHint().height()) / 2, std::max(0, volumeRight - volumeWidth - gap - x),
-                          hsbPosi_->sizeHint().height());
+    hsbPosi_->setGeometry(x, (h - hsbPosi_->sizeHint().height()) / 2,
+                          std::max(0, volumeRight - volumeWidth - gap - x), hsbPosi_->sizeHint().height());
     const int chanWidth = TwipsToPixels(330, this);
     for (int i = 0; i < 2; ++i) {
         const int left = w - TwipsToPixels(i == 0 ? 700 : 350, this);

@@ -21,7 +21,10 @@ const QString kSection = QStringLiteral("Default");
 
 }  // namespace
 
-QString frmSong::CommandFile() { return AppPath() + QStringLiteral("/command.spe"); }
+QString frmSong::CommandFile()
+{
+    return AppPath() + QStringLiteral("/command.spe");
+}
 
 // The paths in selection order; a song whose file can't be found gives an empty path.
 QStringList frmSong::selectedPaths(const QString& source, const QList<int>& selection)
@@ -76,7 +79,10 @@ void frmSong::PlaySong(const QString& source, const QString& mode)
     }
 }
 
-void frmSong::StopSong() { picMoni_->Stop(); }
+void frmSong::StopSong()
+{
+    picMoni_->Stop();
+}
 
 // Only the first line carries the chosen mode; every later song is appended. A file that occurs
 // twice keeps one line, with the value of its last write.
@@ -88,7 +94,8 @@ bool frmSong::AddToPlayer(const QStringList& files, const QString& mode)
         if (FileKind(files[i]) != u"f")
             continue;
         if (!IniWrite(commandFile, kSection, files[i], i == 0 ? mode : QStringLiteral("a"))) {
-            MsgError(QStringLiteral("AddToPlayer failed! ") + ErrSuffix(QStringLiteral("Permission denied: ") + commandFile));
+            MsgError(QStringLiteral("AddToPlayer failed! ") +
+                     ErrSuffix(QStringLiteral("Permission denied: ") + commandFile));
             return false;
         }
     }

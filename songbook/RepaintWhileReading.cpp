@@ -30,7 +30,7 @@ int Breathe(void*)
         QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
         sinceLastTurn().restart();
     }
-    return 0;   // never interrupts the statement
+    return 0;  // never interrupts the statement
 }
 
 }  // namespace
@@ -43,7 +43,7 @@ RepaintWhileReading::RepaintWhileReading()
     if (auto* sqlite = dynamic_cast<SqliteBackend*>(&connection->backend()))
         db_ = sqlite->handle();
     if (!db_ || ++depth() > 1)
-        return;   // an outer reader has the handler installed already
+        return;  // an outer reader has the handler installed already
     sinceLastTurn().start();
     sqlite3_progress_handler(db_, kInstructionsPerCheck, &Breathe, nullptr);
 }

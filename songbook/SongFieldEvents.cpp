@@ -14,9 +14,10 @@ namespace {
 
 QString MediaFilter()
 {
-    const QString types = SongReadValue(QString(), QStringLiteral("FileType"), QStringLiteral("*.vob;*.dat;*.mp3;*.avi"));
-    return TranslateText(QStringLiteral("Media files")) + u'(' + types + QStringLiteral(")|") + types
-        + QStringLiteral("|All Files(*.*)|*.*");
+    const QString types =
+        SongReadValue(QString(), QStringLiteral("FileType"), QStringLiteral("*.vob;*.dat;*.mp3;*.avi"));
+    return TranslateText(QStringLiteral("Media files")) + u'(' + types + QStringLiteral(")|") + types +
+           QStringLiteral("|All Files(*.*)|*.*");
 }
 
 }  // namespace
@@ -69,8 +70,8 @@ void frmSong::pickMediaFile()
         return;
     QString rest = chosen.first(), library;
     if (!GetLocalPath(rest, library, true)) {
-        MsgError(QStringLiteral("The selected file < ") + chosen.first()
-                 + QStringLiteral(" > is out of all libraries, the player can't play it!"));
+        MsgError(QStringLiteral("The selected file < ") + chosen.first() +
+                 QStringLiteral(" > is out of all libraries, the player can't play it!"));
         return;
     }
     ctlFields_->SetField(mediaField, QStringLiteral("value"), rest);

@@ -29,16 +29,20 @@ bool frmSong::indexRangeRefused(long long start, int count)
 {
     const QString title = QStringLiteral("Song index crashed");
     if (start < SongMinIndex()) {
-        MsgInfo(QStringLiteral("The index less than MinIndex, MinIndex=") + QString::number(SongMinIndex()), title);
+        MsgInfo(QStringLiteral("The index less than MinIndex, MinIndex=") + QString::number(SongMinIndex()),
+                title);
         return true;
     }
     if (start + count - 1 > SongMaxIndex()) {
-        MsgInfo(QStringLiteral("The index is more than MaxIndex, MaxIndex=") + QString::number(SongMaxIndex()), title);
+        MsgInfo(
+            QStringLiteral("The index is more than MaxIndex, MaxIndex=") + QString::number(SongMaxIndex()),
+            title);
         return true;
     }
     for (long long number = start; number <= start + count - 1; ++number) {
         if (!SongIndexFree(number)) {
-            MsgInfo(QStringLiteral("The index is used by another song, Index=") + QString::number(number), title);
+            MsgInfo(QStringLiteral("The index is used by another song, Index=") + QString::number(number),
+                    title);
             return true;
         }
     }
@@ -53,13 +57,15 @@ bool frmSong::IndexItems()
         return false;
     const QString suggestion = AppIniRead(QStringLiteral("DefaultStartIndex"), QStringLiteral("1000"));
     const std::optional<QString> answer = Dialogs().inputBox(
-        QString::number(n) + QStringLiteral(" song(s) to be indexed.\nPlease input an available index from which to start."),
+        QString::number(n) +
+            QStringLiteral(" song(s) to be indexed.\nPlease input an available index from which to start."),
         AppTitle(), suggestion);
     if (!answer || answer->isEmpty())
         return false;
     const int start = StartNumber(*answer);
     if (start == 0) {
-        if (MsgAsk(QStringLiteral("Reset selected songs' index to 0.\nContinue?"), MsgButtons::YesNo) != MsgAnswer::Yes)
+        if (MsgAsk(QStringLiteral("Reset selected songs' index to 0.\nContinue?"), MsgButtons::YesNo) !=
+            MsgAnswer::Yes)
             return false;
     } else if (indexRangeRefused(start, n)) {
         return false;
@@ -82,10 +88,11 @@ bool frmSong::RecountChars()
     const int n = selectionOrSay(selected, QStringLiteral("Please select a song to be recounted"));
     if (n == 0)
         return false;
-    if (MsgAsk(QString::number(n) + QStringLiteral(" songs' chars to be recounted. Continued?"), MsgButtons::OkCancel)
-        != MsgAnswer::Ok)
+    if (MsgAsk(QString::number(n) + QStringLiteral(" songs' chars to be recounted. Continued?"),
+               MsgButtons::OkCancel) != MsgAnswer::Ok)
         return false;
-    const bool spacesCount = MsgAsk(QStringLiteral("Will space be counted as char?"), MsgButtons::YesNo) == MsgAnswer::Yes;
+    const bool spacesCount =
+        MsgAsk(QStringLiteral("Will space be counted as char?"), MsgButtons::YesNo) == MsgAnswer::Yes;
     BusyWindow busy(this);
     int recounted = 0;
     ErrorTrap trap;

@@ -48,9 +48,10 @@ int frmSong::AddFiles(const TextArray& files)
         for (int i = 1; i <= UBound(files); ++i) {
             QString rest = files[i], library;
             if (!GetLocalPath(rest, library, i == 1)) {
-                MsgError(QStringLiteral("The file < ") + files[i]
-                         + QStringLiteral(" > is not in any of library path, you can't add it to system. \n")
-                         + QStringLiteral("Please copy the files to a library path before add them into system!"));
+                MsgError(
+                    QStringLiteral("The file < ") + files[i] +
+                    QStringLiteral(" > is not in any of library path, you can't add it to system. \n") +
+                    QStringLiteral("Please copy the files to a library path before add them into system!"));
                 complete = false;
                 break;
             }
@@ -89,7 +90,8 @@ bool frmSong::AddItem()
     ErrorTrap trap;
     QVariant bookmark;
     int item = 0;
-    if (ctlFields_->AddData(bookmark) && trap.run([&] { return ctlView_->AddViewItem(bookmark.toLongLong(), item); })) {
+    if (ctlFields_->AddData(bookmark) &&
+        trap.run([&] { return ctlView_->AddViewItem(bookmark.toLongLong(), item); })) {
         ListItems& items = ctlView_->MainItems();
         const QList<int> selected = selection();
         for (qsizetype i = 1; i < selected.size(); ++i)
@@ -126,11 +128,14 @@ bool frmSong::indexChangeRefused(int selected)
         return true;
     }
     if (number < SongMinIndex()) {
-        MsgInfo(QStringLiteral("The index less than MinIndex, MinIndex=") + QString::number(SongMinIndex()), title);
+        MsgInfo(QStringLiteral("The index less than MinIndex, MinIndex=") + QString::number(SongMinIndex()),
+                title);
         return true;
     }
     if (number > SongMaxIndex()) {
-        MsgInfo(QStringLiteral("The index is more than MaxIndex, MaxIndex=") + QString::number(SongMaxIndex()), title);
+        MsgInfo(
+            QStringLiteral("The index is more than MaxIndex, MaxIndex=") + QString::number(SongMaxIndex()),
+            title);
         return true;
     }
     if (!SongIndexFree(number)) {
@@ -169,13 +174,15 @@ int frmSong::selectionOrSay(QList<int>& selected, const QString& message) const
 
 // Writes what the editor holds as changed into each selected song, first to last, and rewrites its
 // row; prepare(i) runs before the i-th save. Stops at the first failure; answers how many were saved.
-int frmSong::saveSelected(const QList<int>& selected, const QString& failure, const std::function<void(int)>& prepare)
+int frmSong::saveSelected(const QList<int>& selected, const QString& failure,
+                          const std::function<void(int)>& prepare)
 {
     ErrorTrap trap;
     for (int i = 1; i < selected.size(); ++i) {
         prepare(i);
         const Bookmark bookmark = ctlView_->MainItems().Tag(selected[i]);
-        if (!ctlFields_->SaveData(bookmark) || !trap.run([&] { return ctlView_->SaveViewItem(bookmark, selected[i]); })) {
+        if (!ctlFields_->SaveData(bookmark) ||
+            !trap.run([&] { return ctlView_->SaveViewItem(bookmark, selected[i]); })) {
             MsgError(failure + trap.suffix());
             return i - 1;
         }
@@ -195,7 +202,8 @@ bool frmSong::DeleteItem()
     ErrorTrap trap;
     for (int i = n; i >= 1; --i) {
         const Bookmark bookmark = ctlView_->MainItems().Tag(selected[i]);
-        if (!ctlFields_->DeleteData(bookmark) || !trap.run([&] { return ctlView_->DeleteViewItem(selected[i]); })) {
+        if (!ctlFields_->DeleteData(bookmark) ||
+            !trap.run([&] { return ctlView_->DeleteViewItem(selected[i]); })) {
             MsgError(QStringLiteral("Delete item failed! ") + trap.suffix());
             break;
         }
@@ -230,6 +238,9 @@ int frmSong::CountSongs()
     }
 }
 
-void frmSong::ResetGrade() { SongExecute(QStringLiteral("update Song set grade=0")); }
+void frmSong::ResetGrade()
+{
+    SongExecute(QStringLiteral("update Song set grade=0"));
+}
 
 }  // namespace td

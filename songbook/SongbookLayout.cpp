@@ -26,7 +26,10 @@ namespace {
 const QString kViewProperty = QStringLiteral("SongViewProperty");
 const QString kViewPreview = QStringLiteral("SongViewPreview");
 
-bool AppFlag(const QString& key) { return NumericValue(AppIniRead(key, QStringLiteral("1"))) != 0; }
+bool AppFlag(const QString& key)
+{
+    return NumericValue(AppIniRead(key, QStringLiteral("1"))) != 0;
+}
 
 QVBoxLayout* edgeToEdge(QWidget* panel)
 {
@@ -57,11 +60,17 @@ void frmSong::buildPanelLayouts()
     lblMove_->resize(bar, bar);
     lblMove2_->resize(bar, bar);
     picButton_->resize(TwipsToPixels(1600, this), height());
-    moveLeft_ = 1 << 20;   // beyond any width: the first arrangement puts it at two thirds
+    moveLeft_ = 1 << 20;  // beyond any width: the first arrangement puts it at two thirds
 }
 
-bool frmSong::GetViewProperty() const { return AppFlag(kViewProperty); }
-bool frmSong::GetViewPreview() const { return AppFlag(kViewPreview); }
+bool frmSong::GetViewProperty() const
+{
+    return AppFlag(kViewProperty);
+}
+bool frmSong::GetViewPreview() const
+{
+    return AppFlag(kViewPreview);
+}
 
 // The setting is stored at once, and the menu's check mark follows it.
 void frmSong::setViewFlag(const QString& key, const char* menuEntry, bool visible)
@@ -74,8 +83,14 @@ void frmSong::setViewFlag(const QString& key, const char* menuEntry, bool visibl
     ArrangeRight();
 }
 
-void frmSong::SetViewProperty(bool visible) { setViewFlag(kViewProperty, "mnuSongViewProperty", visible); }
-void frmSong::SetViewPreview(bool visible) { setViewFlag(kViewPreview, "mnuSongViewPreview", visible); }
+void frmSong::SetViewProperty(bool visible)
+{
+    setViewFlag(kViewProperty, "mnuSongViewProperty", visible);
+}
+void frmSong::SetViewPreview(bool visible)
+{
+    setViewFlag(kViewPreview, "mnuSongViewPreview", visible);
+}
 
 // The operator's splitter position doesn't survive a resize of the window.
 void frmSong::resizeEvent(QResizeEvent*)
@@ -106,7 +121,8 @@ void frmSong::ArrangeRight()
 {
     const int w = picRight_->width(), h = picRight_->height();
     const bool property = GetViewProperty(), preview = GetViewPreview();
-    const int previewHeight = (w - 2 * picRight2_->x() - TwipsToPixels(120, this)) * 3 / 4 + TwipsToPixels(900, this);
+    const int previewHeight =
+        (w - 2 * picRight2_->x() - TwipsToPixels(120, this)) * 3 / 4 + TwipsToPixels(900, this);
     const int bar = lblMove2_->height();
     // Until the operator drags it, the splitter follows the preview's height.
     if (!move2Placed_ || move2Top_ >= height())
@@ -122,14 +138,16 @@ void frmSong::ArrangeRight()
 
 void frmSong::moveMainSplitter(int left)
 {
-    moveLeft_ = std::clamp(left, TwipsToPixels(120, this), std::max(TwipsToPixels(120, this), width() - TwipsToPixels(240, this)));
+    moveLeft_ = std::clamp(left, TwipsToPixels(120, this),
+                           std::max(TwipsToPixels(120, this), width() - TwipsToPixels(240, this)));
     ArrangeMain();
 }
 
 void frmSong::moveRightSplitter(int top)
 {
     const int h = picRight_->height();
-    move2Top_ = std::clamp(top, TwipsToPixels(120, this), std::max(TwipsToPixels(120, this), h - TwipsToPixels(240, this)));
+    move2Top_ = std::clamp(top, TwipsToPixels(120, this),
+                           std::max(TwipsToPixels(120, this), h - TwipsToPixels(240, this)));
     move2Placed_ = true;
     ArrangeRight();
 }

@@ -113,14 +113,16 @@ bool frmSong::LoadData()
     QString value = cboSearchValue_->currentText();
     value.replace(u'\'', QStringLiteral("''"));
     TextArray conditions = NewTextArray();
-    AppendItem(conditions, QStringLiteral("(region in (") + GetRegionList() + QStringLiteral(") or region is null)"));
+    AppendItem(conditions,
+               QStringLiteral("(region in (") + GetRegionList() + QStringLiteral(") or region is null)"));
     AppendItem(conditions, SearchCondition(searchCode(), value));
 
     std::unique_ptr<Recordset> rs;
     bool opened = false;
     {
         RepaintWhileReading reading;
-        opened = SongGetRecordset(QStringLiteral("*"), QStringLiteral("Song"), JoinConditions(conditions), QString(), rs);
+        opened = SongGetRecordset(QStringLiteral("*"), QStringLiteral("Song"), JoinConditions(conditions),
+                                  QString(), rs);
     }
     if (!opened) {
         MsgError(TranslateText(QStringLiteral("Can't load data!")));

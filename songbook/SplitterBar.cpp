@@ -3,7 +3,8 @@
 
 namespace td {
 
-SplitterBar::SplitterBar(Qt::Orientation orientation, QWidget* parent) : QFrame(parent), orientation_(orientation)
+SplitterBar::SplitterBar(Qt::Orientation orientation, QWidget* parent)
+    : QFrame(parent), orientation_(orientation)
 {
     setFrameShape(QFrame::NoFrame);
     setCursor(orientation == Qt::Vertical ? Qt::SplitHCursor : Qt::SplitVCursor);

@@ -11,6 +11,9 @@ inline void SetPane(const QString& key, const QString& text)
         frame->setPane(key, text);
 }
 
-inline void SetLogPane(const QString& text) { SetPane(QStringLiteral("log"), text); }
+inline void SetLogPane(const QString& text)
+{
+    SetPane(QStringLiteral("log"), text);
+}
 
 }  // namespace td

@@ -95,15 +95,21 @@ void frmSong::connectEvents()
 {
     connect(ctlButtons_, &ctlButtons::Click, this,
             [this](int index) { ExecuteCommand(ctlButtons_->GetButton(index, QStringLiteral("class"))); });
-    connect(ctlView_, &ctlDataView::DblClick, this, [this] { PlaySong(QStringLiteral("songbook"), QStringLiteral("preview")); });
-    connect(ctlView_, &ctlDataView::MouseUp, this, [this](int button, int, int, int) { ctlView_MouseUp(button); });
-    connect(ctlView_, &ctlDataView::ItemsSelected, this, [this](const QList<int>& sel) { LoadFieldDatas(sel); });
+    connect(ctlView_, &ctlDataView::DblClick, this,
+            [this] { PlaySong(QStringLiteral("songbook"), QStringLiteral("preview")); });
+    connect(ctlView_, &ctlDataView::MouseUp, this,
+            [this](int button, int, int, int) { ctlView_MouseUp(button); });
+    connect(ctlView_, &ctlDataView::ItemsSelected, this,
+            [this](const QList<int>& sel) { LoadFieldDatas(sel); });
     connect(ctlView_, &ctlDataView::StateChanged, this, &frmSong::ctlView_StateChanged);
     connect(ctlFields_, &ctlDataFields::AfterValueChanged, this,
-            [this](int index, const QString&, const QString& newValue) { ctlFields_AfterValueChanged(index, newValue); });
+            [this](int index, const QString&, const QString& newValue) {
+                ctlFields_AfterValueChanged(index, newValue);
+            });
     connect(ctlFields_, &ctlDataFields::Click, this, &frmSong::ctlFields_Click);
     connect(ctlMedia_, &ctlDataView::DblClick, this, &frmSong::ctlMedia_DblClick);
-    connect(ctlMedia_, &ctlDataView::MouseUp, this, [this](int button, int, int, int) { ctlMedia_MouseUp(button); });
+    connect(ctlMedia_, &ctlDataView::MouseUp, this,
+            [this](int button, int, int, int) { ctlMedia_MouseUp(button); });
     connect(cboSearchType_, &QComboBox::activated, this, [this] { cboSearchType_Click(); });
     connect(cmdSearch_, &QPushButton::clicked, this, &frmSong::cmdSearch_Click);
     connect(cboSearchValue_->lineEdit(), &QLineEdit::returnPressed, this, &frmSong::cmdSearch_Click);

@@ -131,7 +131,8 @@ private:
     QVariantList bookmarksOf(const QList<int>& selection) const;
     QList<int> selection() const;
     int selectionOrSay(QList<int>& selected, const QString& message) const;
-    int saveSelected(const QList<int>& selected, const QString& failure, const std::function<void(int)>& prepare);
+    int saveSelected(const QList<int>& selected, const QString& failure,
+                     const std::function<void(int)>& prepare);
     bool anyFieldChanged() const;
     bool indexChangeRefused(int selected);
     bool indexRangeRefused(long long start, int count);
@@ -171,9 +172,9 @@ private:
     std::unique_ptr<Recordset> rsMedia_;
     TextArray searchTypeCodes_;
     TextArray searchValueCodes_;
-    int moveLeft_ = 0;     // the left of lblMove, in pixels
-    int move2Top_ = 0;     // the top of lblMove2 within picRight
-    bool move2Placed_ = false;   // the operator has dragged lblMove2
+    int moveLeft_ = 0;          // the left of lblMove, in pixels
+    int move2Top_ = 0;          // the top of lblMove2 within picRight
+    bool move2Placed_ = false;  // the operator has dragged lblMove2
     bool listLoading_ = false;
     bool reloadWanted_ = false;
 };

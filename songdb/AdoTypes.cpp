@@ -17,10 +17,11 @@ int AdoTypeOfDeclared(const QString& declared)
         return adDate;
     if (d.startsWith(u"BOOL") || d == u"BIT" || d == u"YESNO")
         return adBoolean;
-    if (d.startsWith(u"REAL") || d.startsWith(u"DOUBLE") || d.startsWith(u"FLOAT") || d.startsWith(u"NUMERIC")
-        || d.startsWith(u"DECIMAL") || d == u"SINGLE" || d == u"CURRENCY")
+    if (d.startsWith(u"REAL") || d.startsWith(u"DOUBLE") || d.startsWith(u"FLOAT") ||
+        d.startsWith(u"NUMERIC") || d.startsWith(u"DECIMAL") || d == u"SINGLE" || d == u"CURRENCY")
         return adDouble;
-    if (d.startsWith(u"BLOB") || d.contains(u"BINARY") || d == u"IMAGE" || d == u"LONGBINARY" || d == u"OLEOBJECT")
+    if (d.startsWith(u"BLOB") || d.contains(u"BINARY") || d == u"IMAGE" || d == u"LONGBINARY" ||
+        d == u"OLEOBJECT")
         return adLongVarBinary;
     return adVarWChar;
 }
@@ -34,51 +35,51 @@ QVariant CoerceToType(const QVariant& value, int adoType)
     };
     bool ok = true;
     switch (adoType) {
-    case adSmallInt:
-    case adInteger:
-    case adBoolean: {
-        const qint64 n = value.typeId() == QMetaType::QString ? value.toString().trimmed().toLongLong(&ok)
-                                                              : value.toLongLong(&ok);
-        if (!ok)
-            throw mismatch();
-        return QVariant::fromValue(n);
-    }
-    case adDouble: {
-        const double d = value.toDouble(&ok);
-        if (!ok)
-            throw mismatch();
-        return d;
-    }
-    case adDate: {
-        const QString t = DateToStore(value);
-        if (t.isEmpty())
-            throw mismatch();
-        return t;
-    }
-    case adLongVarBinary:
-        return value.toByteArray();
-    case adVarWChar:
-        return value.typeId() == QMetaType::QByteArray ? value : QVariant(value.toString());
-    default:
-        break;
+        case adSmallInt:
+        case adInteger:
+        case adBoolean: {
+            const qint64 n = value.typeId() == QMetaType::QString ? value.toString().trimmed().toLongLong(&ok)
+                                                                  : value.toLongLong(&ok);
+            if (!ok)
+                throw mismatch();
+            return QVariant::fromValue(n);
+        }
+        case adDouble: {
+            const double d = value.toDouble(&ok);
+            if (!ok)
+                throw mismatch();
+            return d;
+        }
+        case adDate: {
+            const QString t = DateToStore(value);
+            if (t.isEmpty())
+                throw mismatch();
+            return t;
+        }
+        case adLongVarBinary:
+            return value.toByteArray();
+        case adVarWChar:
+            return value.typeId() == QMetaType::QByteArray ? value : QVariant(value.toString());
+        default:
+            break;
     }
     switch (value.typeId()) {
-    case QMetaType::Int:
-    case QMetaType::UInt:
-    case QMetaType::LongLong:
-    case QMetaType::ULongLong:
-    case QMetaType::Bool:
-        return QVariant::fromValue(value.toLongLong());
-    case QMetaType::Double:
-    case QMetaType::Float:
-        return value.toDouble();
-    case QMetaType::QByteArray:
-        return value;
-    case QMetaType::QDateTime:
-    case QMetaType::QDate:
-        return DateToStore(value);
-    default:
-        return value.toString();
+        case QMetaType::Int:
+        case QMetaType::UInt:
+        case QMetaType::LongLong:
+        case QMetaType::ULongLong:
+        case QMetaType::Bool:
+            return QVariant::fromValue(value.toLongLong());
+        case QMetaType::Double:
+        case QMetaType::Float:
+            return value.toDouble();
+        case QMetaType::QByteArray:
+            return value;
+        case QMetaType::QDateTime:
+        case QMetaType::QDate:
+            return DateToStore(value);
+        default:
+            return value.toString();
     }
 }
 

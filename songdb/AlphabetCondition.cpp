@@ -39,13 +39,13 @@ QString characterTest(QChar c, const QString& at)
     if (c == u'I' || c == u'V')
         return QStringLiteral(" And ") + ucase + c + u'\'';
     if (c == u'Z')
-        return QStringLiteral(" and (") + at + QStringLiteral(">='") + QString::fromUtf8("匝") + QStringLiteral("' or ")
-            + ucase + QStringLiteral("Z')");
+        return QStringLiteral(" and (") + at + QStringLiteral(">='") + QString::fromUtf8("匝") +
+               QStringLiteral("' or ") + ucase + QStringLiteral("Z')");
     for (const auto& r : kRanges)
         if (c == QLatin1Char(r.letter))
-            return QStringLiteral(" and (") + at + QStringLiteral(">='") + QString::fromUtf8(r.lower)
-                + QStringLiteral("' And ") + at + QStringLiteral("<'") + QString::fromUtf8(r.upper)
-                + QStringLiteral("' or ") + ucase + c + QStringLiteral("')");
+            return QStringLiteral(" and (") + at + QStringLiteral(">='") + QString::fromUtf8(r.lower) +
+                   QStringLiteral("' And ") + at + QStringLiteral("<'") + QString::fromUtf8(r.upper) +
+                   QStringLiteral("' or ") + ucase + c + QStringLiteral("')");
     return {};
 }
 
@@ -59,8 +59,9 @@ QString AlphabetCondition(const QString& value)
     if (!chineseMode(language)) {
         QString pattern = value;
         pattern.replace(u'?', u'%');
-        return QStringLiteral(" and (") + (singerMode() ? QStringLiteral("[name]") : QStringLiteral("[title]"))
-            + QStringLiteral(" like '") + pattern + QStringLiteral("%')");
+        return QStringLiteral(" and (") +
+               (singerMode() ? QStringLiteral("[name]") : QStringLiteral("[title]")) +
+               QStringLiteral(" like '") + pattern + QStringLiteral("%')");
     }
     const QString field = singerMode() ? QStringLiteral("Mid([name],") : QStringLiteral("Mid([title],");
     QString condition;

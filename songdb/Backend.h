@@ -11,9 +11,9 @@ namespace td {
 
 // How the Jet translation writes what differs between stores.
 struct SqlDialect {
-    QString rowKey;          // expression of a row's stable key in a one-table select ("rowid")
-    QString textCollation;   // suffix that makes a text expression compare in GB2312 order
-    QString upperFunction;   // UCASE
+    QString rowKey;         // expression of a row's stable key in a one-table select ("rowid")
+    QString textCollation;  // suffix that makes a text expression compare in GB2312 order
+    QString upperFunction;  // UCASE
     // Prefix of the functions that stand for comparisons of Mid(x,i,1) with one character:
     // PREFIXin(x,i,lo,hi) for ">=lo And <hi" (hi NULL: ">=lo" alone), PREFIXupper_is(x,i,c) for
     // UCASE(...)=c, PREFIXin_or_upper_is(x,i,lo,hi,c) for both joined by "or". Empty: none.

@@ -12,7 +12,7 @@ namespace td {
 namespace {
 
 struct LibraryPathCache {
-    QDateTime loadTime;   // invalid at start, so the first use reads
+    QDateTime loadTime;  // invalid at start, so the first use reads
     TextArray paths;
 };
 
@@ -28,7 +28,10 @@ QDateTime (*&clock())()
     return now;
 }
 
-QDateTime now() { return clock() ? clock()() : QDateTime::currentDateTime(); }
+QDateTime now()
+{
+    return clock() ? clock()() : QDateTime::currentDateTime();
+}
 
 // Minute boundaries passed between two times, as the calendar counts them.
 qint64 minutesBetween(const QDateTime& from, const QDateTime& to)
@@ -81,7 +84,8 @@ bool SongCheckIndex(long long index)
 bool LibraryExists(const QString& root)
 {
     std::unique_ptr<Recordset> rs;
-    if (!SongOpenRecordset(QStringLiteral("select root_path from library where root_path='") + root + u'\'', rs))
+    if (!SongOpenRecordset(QStringLiteral("select root_path from library where root_path='") + root + u'\'',
+                           rs))
         return false;
     return rs->RecordCount() >= 1;
 }
@@ -120,7 +124,8 @@ bool GetLocalPath(QString& path, QString& library, bool force)
 QString GetLibraryRemotePath(const QString& root)
 {
     std::unique_ptr<Recordset> rs;
-    if (!SongOpenRecordset(QStringLiteral("select shared_as from library where root_path='") + root + u'\'', rs)) {
+    if (!SongOpenRecordset(QStringLiteral("select shared_as from library where root_path='") + root + u'\'',
+                           rs)) {
         MsgError(QStringLiteral("Ktv Get library remote path failed! ") + ErrSuffix(SongLastError()));
         return {};
     }
@@ -138,8 +143,9 @@ QString KtvGetFileById(long long id)
     if (id == 0)
         return {};
     std::unique_ptr<Recordset> rs;
-    if (!SongOpenRecordset(QStringLiteral("select media_file, library from song where Id=") + QString::number(id), rs)
-        || rs->RecordCount() < 1)
+    if (!SongOpenRecordset(
+            QStringLiteral("select media_file, library from song where Id=") + QString::number(id), rs) ||
+        rs->RecordCount() < 1)
         return {};
     const QString media = rs->text(0, 0);
     const QString library = rs->text(0, 1);

@@ -15,13 +15,19 @@ AppError closedConnection()
 }
 }  // namespace
 
-bool Connection::isOpen() const { return backend_ && backend_->isOpen(); }
+bool Connection::isOpen() const
+{
+    return backend_ && backend_->isOpen();
+}
 void Connection::close()
 {
     if (backend_)
         backend_->close();
 }
-bool Connection::readOnly() const { return backend_ && backend_->readOnly(); }
+bool Connection::readOnly() const
+{
+    return backend_ && backend_->readOnly();
+}
 
 std::unique_ptr<Recordset> Connection::openRecordset(const QString& jetSql)
 {
@@ -29,7 +35,7 @@ std::unique_ptr<Recordset> Connection::openRecordset(const QString& jetSql)
         throw closedConnection();
     const TranslatedStatement st = TranslateJetSql(jetSql, backend_->dialect());
     if (st.kind != TranslatedStatement::Kind::Rows) {
-        execute(jetSql);   // runs, and like ADO gives no open recordset for a statement without rows
+        execute(jetSql);  // runs, and like ADO gives no open recordset for a statement without rows
         throw AppError(QStringLiteral("Operation is not allowed when the object is closed."));
     }
     RecordSource source{backend_, jetSql, st.sql, {}, false};
@@ -59,7 +65,8 @@ std::unique_ptr<Connection> OpenConnection(const QString& location, const OpenOp
 {
     if (location.endsWith(QStringLiteral(".mdb"), Qt::CaseInsensitive))
         throw AppError(QStringLiteral("Reading Access databases (.mdb) is not available in this version."));
-    auto backend = std::make_shared<SqliteBackend>(location, options.busyTimeoutMs, options.readOnly, options.create);
+    auto backend =
+        std::make_shared<SqliteBackend>(location, options.busyTimeoutMs, options.readOnly, options.create);
     return std::make_unique<Connection>(std::move(backend));
 }
 

@@ -17,7 +17,7 @@ public:
     bool isOpen() const;
     void close();
     bool readOnly() const;
-    Backend& backend() const { return *backend_; }   // only while open
+    Backend& backend() const { return *backend_; }  // only while open
 
     // Opens a client-side recordset: every row is read before this returns.
     std::unique_ptr<Recordset> openRecordset(const QString& jetSql);
@@ -30,9 +30,9 @@ private:
 
 // How a database file or address is opened.
 struct OpenOptions {
-    int busyTimeoutMs = 5000;    // how long a writer waits for another connection's lock
+    int busyTimeoutMs = 5000;  // how long a writer waits for another connection's lock
     bool readOnly = false;
-    bool create = false;         // create the file when it does not exist (the admin tool)
+    bool create = false;  // create the file when it does not exist (the admin tool)
 };
 
 // Opens the database at a location: a SQLite file. Throws AppError when the store refuses it

@@ -29,14 +29,14 @@ QVariant DateFromStore(const QString& text)
 QString DateToStore(const QVariant& value)
 {
     switch (value.typeId()) {
-    case QMetaType::QDateTime:
-        return value.toDateTime().toString(kStoreFormat);
-    case QMetaType::QDate:
-        return value.toDate().startOfDay().toString(kStoreFormat);
-    default: {
-        const QDateTime dt = parseDate(value.toString());
-        return dt.isValid() ? dt.toString(kStoreFormat) : QString();
-    }
+        case QMetaType::QDateTime:
+            return value.toDateTime().toString(kStoreFormat);
+        case QMetaType::QDate:
+            return value.toDate().startOfDay().toString(kStoreFormat);
+        default: {
+            const QDateTime dt = parseDate(value.toString());
+            return dt.isValid() ? dt.toString(kStoreFormat) : QString();
+        }
     }
 }
 

@@ -47,18 +47,21 @@ QStringList CreateDemoMedia(const QString& root, int count)
     if (!QDir().mkpath(clips) || !QDir().mkpath(QDir(root).filePath(QStringLiteral("Pop"))))
         throw AppError(QStringLiteral("Cannot create folder ") + root);
     const QString ffmpeg = QStandardPaths::findExecutable(QStringLiteral("ffmpeg"));
-    const QString sources[] = {QDir(clips).filePath(QStringLiteral("clip.mpg")), QDir(clips).filePath(QStringLiteral("clip.mp3"))};
+    const QString sources[] = {QDir(clips).filePath(QStringLiteral("clip.mpg")),
+                               QDir(clips).filePath(QStringLiteral("clip.mp3"))};
     for (int i = 0; i < 2; ++i)
         if (ffmpeg.isEmpty() || !makeClip(ffmpeg, sources[i], i == 0))
             makePlaceholder(sources[i]);
 
     QStringList files;
     for (int i = 0; i < count; ++i) {
-        const QString relative = QStringLiteral("/Pop/%1%2").arg(i, 6, 10, QLatin1Char('0'))
+        const QString relative = QStringLiteral("/Pop/%1%2")
+                                     .arg(i, 6, 10, QLatin1Char('0'))
                                      .arg(i % 2 ? QStringLiteral(".mp3") : QStringLiteral(".mpg"));
         const QString target = root + relative;
         const QByteArray from = QFile::encodeName(sources[i % 2]);
-        if (::link(from.constData(), QFile::encodeName(target).constData()) != 0 && !QFile::copy(sources[i % 2], target))
+        if (::link(from.constData(), QFile::encodeName(target).constData()) != 0 &&
+            !QFile::copy(sources[i % 2], target))
             throw AppError(QStringLiteral("Cannot write ") + target);
         files << relative;
     }
@@ -73,8 +76,8 @@ QByteArray DemoPhoto(int number)
     QPainter p(&image);
     p.setPen(Qt::NoPen);
     p.setBrush(base.darker(160));
-    p.drawEllipse(28, 20, 40, 48);     // head
-    p.drawRoundedRect(16, 76, 64, 60, 20, 20);   // shoulders
+    p.drawEllipse(28, 20, 40, 48);              // head
+    p.drawRoundedRect(16, 76, 64, 60, 20, 20);  // shoulders
     p.end();
     QByteArray bytes;
     QBuffer buffer(&bytes);

@@ -18,8 +18,9 @@ const QString kHanzi = QString::fromUtf8(
     "家见江今金九酒开看快来蓝老乐泪离里恋亮林流龙路梦美门米明你年鸟女朋平期起千情秋去让人日如三山上少深生声诗"
     "十时世是手水说思四送他天听同晚万往忘为我无舞西喜夏想小笑心新星行雪烟眼阳夜一依音英雨月云在再早张真只中重"
     "祝追走最昨左做");
-const char* const kWords[] = {"Love", "Night", "Dream", "Heart", "Star", "Rain", "Dance", "Fire", "Sky", "Road",
-                              "Home", "Blue", "Summer", "Moon", "Time", "Light", "Forever", "River", "Song", "Wind"};
+const char* const kWords[] = {"Love", "Night", "Dream",   "Heart", "Star", "Rain",   "Dance",
+                              "Fire", "Sky",   "Road",    "Home",  "Blue", "Summer", "Moon",
+                              "Time", "Light", "Forever", "River", "Song", "Wind"};
 const char* const kLanguages[] = {"Mandarin", "Cantonese", "English", "Japanese", "Korean", ""};
 const char* const kStyles[] = {"Pop", "Rock", "Folk", "Ballad", "Dance", "Jazz"};
 const char* const kRegions[] = {"China", "Taiwan", "HongKong"};
@@ -65,19 +66,29 @@ private:
 
 void insertSongs(sqlite3* db, Generator& g, int songs, const QString& library, const QStringList& mediaFiles)
 {
-    SqliteStatement st(db, QStringLiteral(
-        "INSERT INTO song (\"index\", title, chars, singer, language, style, grade, channel, order_time, region, "
-        "media_file, library, lupd_by, lupd_time) VALUES (?,?,?,?,?,?,?,?,?,?,?,?,?,?)"));
+    SqliteStatement st(
+        db, QStringLiteral("INSERT INTO song (\"index\", title, chars, singer, language, style, grade, "
+                           "channel, order_time, region, "
+                           "media_file, library, lupd_by, lupd_time) VALUES (?,?,?,?,?,?,?,?,?,?,?,?,?,?)"));
     for (int i = 0; i < songs; ++i) {
         const QString title = g.title();
         const int region = g.pick(4);
-        const QVariant values[] = {
-            1000 + i, title, title.size(), g.singerName(g.pick(g.singerCount())),
-            QString::fromLatin1(kLanguages[g.pick(6)]), QString::fromLatin1(kStyles[g.pick(6)]), g.pick(4),
-            g.pick(2) ? QStringLiteral("L") : QStringLiteral("R"), g.pick(3) ? g.pick(500) : 0,
-            region < 3 ? QVariant(QString::fromLatin1(kRegions[region])) : QVariant(),
-            mediaFiles.isEmpty() ? QStringLiteral("/Pop/%1.mpg").arg(i, 6, 10, QLatin1Char('0')) : mediaFiles[i % mediaFiles.size()],
-            library, QStringLiteral("demo"), QStringLiteral("2024-06-01 12:00:00")};
+        const QVariant values[] = {1000 + i,
+                                   title,
+                                   title.size(),
+                                   g.singerName(g.pick(g.singerCount())),
+                                   QString::fromLatin1(kLanguages[g.pick(6)]),
+                                   QString::fromLatin1(kStyles[g.pick(6)]),
+                                   g.pick(4),
+                                   g.pick(2) ? QStringLiteral("L") : QStringLiteral("R"),
+                                   g.pick(3) ? g.pick(500) : 0,
+                                   region < 3 ? QVariant(QString::fromLatin1(kRegions[region])) : QVariant(),
+                                   mediaFiles.isEmpty()
+                                       ? QStringLiteral("/Pop/%1.mpg").arg(i, 6, 10, QLatin1Char('0'))
+                                       : mediaFiles[i % mediaFiles.size()],
+                                   library,
+                                   QStringLiteral("demo"),
+                                   QStringLiteral("2024-06-01 12:00:00")};
         for (int k = 0; k < 14; ++k)
             st.bind(k + 1, values[k]);
         st.step();
@@ -87,8 +98,10 @@ void insertSongs(sqlite3* db, Generator& g, int songs, const QString& library, c
 
 void insertSingers(sqlite3* db, Generator& g, const QString& photoDir)
 {
-    SqliteStatement st(db, QStringLiteral(
-        "INSERT INTO singer (name, type, region, image, image_len, description) VALUES (?,?,?,?,?,?)"));
+    SqliteStatement st(
+        db,
+        QStringLiteral(
+            "INSERT INTO singer (name, type, region, image, image_len, description) VALUES (?,?,?,?,?,?)"));
     for (int i = 0; i < g.singerCount(); ++i) {
         const QByteArray photo = photoDir.isEmpty() || i >= 200 ? QByteArray() : DemoPhoto(i);
         st.bind(1, g.singerName(i));
@@ -131,8 +144,8 @@ QString CreateDemoSongbook(const QString& dir, const DemoOptions& options)
     insertSingers(sqlite->handle(), g, options.media ? library : QString());
     execAll(*db, {QStringLiteral("insert into region (name) values ('China')"),
                   QStringLiteral("insert into region (name) values ('Taiwan')"),
-                  QStringLiteral("insert into library (root_path, shared_as, name, remark) values ('") + library
-                      + QStringLiteral("', '\\library', 'Demo library', 'generated')"),
+                  QStringLiteral("insert into library (root_path, shared_as, name, remark) values ('") +
+                      library + QStringLiteral("', '\\library', 'Demo library', 'generated')"),
                   QStringLiteral("commit")});
     return path;
 }

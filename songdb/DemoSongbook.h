@@ -5,7 +5,7 @@ namespace td {
 
 struct DemoOptions {
     int songs = 300;
-    bool media = true;        // a library folder with real media files and singer photographs
+    bool media = true;  // a library folder with real media files and singer photographs
     QString language = QStringLiteral("Chinese Simplified");
 };
 

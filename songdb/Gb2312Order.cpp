@@ -100,7 +100,7 @@ int CompareGb2312(const char* a, int aSize, const char* b, int bSize)
     const auto ea = pa + aSize;
     const auto eb = pb + bSize;
     while (pa < ea && pb < eb) {
-        if (*pa == *pb && *pa < 0x80) {   // equal ASCII needs no lookup
+        if (*pa == *pb && *pa < 0x80) {  // equal ASCII needs no lookup
             ++pa;
             ++pb;
             continue;

@@ -22,18 +22,18 @@ AppError unsupported(const QString& what)
 bool isKeywordBeforeParen(const QString& lower)
 {
     static const QSet<QString> words = {
-        u"in"_s, u"exists"_s, u"values"_s, u"and"_s, u"or"_s, u"not"_s, u"on"_s, u"where"_s,
-        u"select"_s, u"from"_s, u"as"_s, u"into"_s, u"join"_s, u"having"_s, u"by"_s, u"set"_s,
-        u"like"_s, u"is"_s, u"union"_s, u"all"_s, u"distinct"_s, u"then"_s, u"else"_s, u"when"_s,
-        u"any"_s, u"some"_s, u"between"_s};
+        u"in"_s,    u"exists"_s, u"values"_s, u"and"_s, u"or"_s,    u"not"_s,    u"on"_s,
+        u"where"_s, u"select"_s, u"from"_s,   u"as"_s,  u"into"_s,  u"join"_s,   u"having"_s,
+        u"by"_s,    u"set"_s,    u"like"_s,   u"is"_s,  u"union"_s, u"all"_s,    u"distinct"_s,
+        u"then"_s,  u"else"_s,   u"when"_s,   u"any"_s, u"some"_s,  u"between"_s};
     return words.contains(lower);
 }
 
 // Words after which a name followed by "(" is a table with its column list, not a call.
 bool introducesTable(const QString& lower)
 {
-    return lower == u"into" || lower == u"table" || lower == u"from" || lower == u"join" || lower == u"update"
-        || lower == u"index" || lower == u"on";
+    return lower == u"into" || lower == u"table" || lower == u"from" || lower == u"join" ||
+           lower == u"update" || lower == u"index" || lower == u"on";
 }
 
 class Translator {
@@ -72,7 +72,8 @@ public:
         if (st.kind == TranslatedStatement::Kind::Rows) {
             st.baseTable = singleTable();
             if (!st.baseTable.isEmpty()) {
-                out_[std::size_t(sig_[0])] += QLatin1Char(' ') + dialect_.rowKey + QStringLiteral(" AS td_key,");
+                out_[std::size_t(sig_[0])] +=
+                    QLatin1Char(' ') + dialect_.rowKey + QStringLiteral(" AS td_key,");
                 st.keyedSql = joined() + limit;
             }
         }
@@ -83,14 +84,18 @@ private:
     const Token& sigTok(int s) const { return tokens_[std::size_t(sig_[std::size_t(s)])]; }
     int sigCount() const { return int(sig_.size()); }
     QString sigText(int s) const { return s < sigCount() ? sigTok(s).text : QString(); }
-    QString sigLower(int s) const { return s < sigCount() && sigTok(s).kind == TokenKind::Word ? sigTok(s).text.toLower() : QString(); }
+    QString sigLower(int s) const
+    {
+        return s < sigCount() && sigTok(s).kind == TokenKind::Word ? sigTok(s).text.toLower() : QString();
+    }
     int sigIndexOf(int tokenIndex) const { return sigOf_[std::size_t(tokenIndex)]; }
 
     void checkOneStatement() const
     {
         for (int s = 0; s < sigCount(); ++s)
             if (sigTok(s).kind == TokenKind::Semicolon && s + 1 < sigCount())
-                throw AppError(QStringLiteral("Only one statement can run at a time: text after ';' is not allowed."));
+                throw AppError(
+                    QStringLiteral("Only one statement can run at a time: text after ';' is not allowed."));
         if (sigCount() == 0)
             throw AppError(QStringLiteral("The SQL statement is empty."));
     }
@@ -107,24 +112,24 @@ private:
     {
         const Token& tok = tokens_[std::size_t(t)];
         switch (tok.kind) {
-        case TokenKind::Space:
-            return tok.text;
-        case TokenKind::Semicolon:
-            return {};
-        case TokenKind::String:
-            return jet::QuoteLiteral(tok.text);
-        case TokenKind::Bracket:
-            return jet::QuoteName(tok.text);
-        case TokenKind::Symbol:
-            if (tok.text == u"&")
-                return QStringLiteral("||");
-            return tok.text;
-        case TokenKind::Number:
-            return tok.text;
-        case TokenKind::DateLiteral:
-            throw unsupported(QStringLiteral("date literal #") + tok.text + QStringLiteral("#"));
-        case TokenKind::Word:
-            return renderWord(t);
+            case TokenKind::Space:
+                return tok.text;
+            case TokenKind::Semicolon:
+                return {};
+            case TokenKind::String:
+                return jet::QuoteLiteral(tok.text);
+            case TokenKind::Bracket:
+                return jet::QuoteName(tok.text);
+            case TokenKind::Symbol:
+                if (tok.text == u"&")
+                    return QStringLiteral("||");
+                return tok.text;
+            case TokenKind::Number:
+                return tok.text;
+            case TokenKind::DateLiteral:
+                throw unsupported(QStringLiteral("date literal #") + tok.text + QStringLiteral("#"));
+            case TokenKind::Word:
+                return renderWord(t);
         }
         return tok.text;
     }
@@ -142,8 +147,8 @@ private:
             return QStringLiteral("1");
         if (lower == u"false")
             return QStringLiteral("0");
-        const bool call = sigText(s + 1) == u"(" && !isKeywordBeforeParen(lower)
-            && !(s > 0 && introducesTable(sigLower(s - 1)));
+        const bool call = sigText(s + 1) == u"(" && !isKeywordBeforeParen(lower) &&
+                          !(s > 0 && introducesTable(sigLower(s - 1)));
         return call ? renderCall(s, tok.text) : tok.text;
     }
 
@@ -188,8 +193,8 @@ private:
     QString renderCall(int s, const QString& name)
     {
         const QString lower = name.toLower();
-        static const QSet<QString> same = {u"count"_s, u"sum"_s, u"min"_s, u"max"_s, u"avg"_s,
-                                           u"abs"_s, u"trim"_s, u"ltrim"_s, u"rtrim"_s};
+        static const QSet<QString> same = {u"count"_s, u"sum"_s,  u"min"_s,   u"max"_s,  u"avg"_s,
+                                           u"abs"_s,   u"trim"_s, u"ltrim"_s, u"rtrim"_s};
         if (same.contains(lower))
             return name;
         if (lower == u"ucase")
@@ -226,8 +231,8 @@ private:
     // A text literal of one BMP character, rendered.
     bool charLiteral(int s, QString& rendered) const
     {
-        if (s >= sigCount() || sigTok(s).kind != TokenKind::String || sigTok(s).text.size() != 1
-            || sigTok(s).text[0].isSurrogate())
+        if (s >= sigCount() || sigTok(s).kind != TokenKind::String || sigTok(s).text.size() != 1 ||
+            sigTok(s).text[0].isSurrogate())
             return false;
         rendered = out_[std::size_t(sig_[std::size_t(s)])];
         return true;
@@ -241,8 +246,9 @@ private:
     };
     int charRef(int s, CharRef& ref) const
     {
-        if (sigLower(s) != u"mid" || !isSymbol(s + 1, u"(") || !isSymbol(s + 3, u",") || !isSymbol(s + 5, u",")
-            || !isSymbol(s + 7, u")") || sigTok(s + 6).kind != TokenKind::Number || sigText(s + 6) != u"1")
+        if (sigLower(s) != u"mid" || !isSymbol(s + 1, u"(") || !isSymbol(s + 3, u",") ||
+            !isSymbol(s + 5, u",") || !isSymbol(s + 7, u")") || sigTok(s + 6).kind != TokenKind::Number ||
+            sigText(s + 6) != u"1")
             return -1;
         const TokenKind x = sigTok(s + 2).kind;
         bool ok = false;
@@ -286,8 +292,8 @@ private:
         static const QSet<QString> before = {u"and"_s, u"or"_s, u"where"_s, u"having"_s, u"on"_s};
         static const QSet<QString> after = {u"and"_s, u"or"_s, u"order"_s, u"group"_s, u"having"_s};
         const bool startOk = s > 0 && (isSymbol(s - 1, u"(") || before.contains(sigLower(s - 1)));
-        const bool endOk = e >= sigCount() || isSymbol(e, u")") || sigTok(e).kind == TokenKind::Semicolon
-            || after.contains(sigLower(e));
+        const bool endOk = e >= sigCount() || isSymbol(e, u")") || sigTok(e).kind == TokenKind::Semicolon ||
+                           after.contains(sigLower(e));
         return startOk && endOk;
     }
 
@@ -304,7 +310,7 @@ private:
     void fuseCharacterTests()
     {
         for (int s = 0; s < sigCount(); ++s)
-            if (sigLower(s) == u"between")   // its "and" is no operator
+            if (sigLower(s) == u"between")  // its "and" is no operator
                 return;
         const QString& fn = dialect_.characterFunctions;
         const auto call = [](const QString& name, const CharRef& ref, const QStringList& rest) {
@@ -314,8 +320,8 @@ private:
             CharRef ref, upperRef;
             QString lo, hi, c;
             int e = -1;
-            if (isSymbol(s, u"(") && (e = charRange(s + 1, ref, lo, hi)) >= 0 && sigLower(e) == u"or"
-                && (e = charUpper(e + 1, upperRef, c)) >= 0 && upperRef == ref && isSymbol(e, u")")) {
+            if (isSymbol(s, u"(") && (e = charRange(s + 1, ref, lo, hi)) >= 0 && sigLower(e) == u"or" &&
+                (e = charUpper(e + 1, upperRef, c)) >= 0 && upperRef == ref && isSymbol(e, u")")) {
                 replace(s + 1, e, call(fn + QStringLiteral("in_or_upper_is"), ref, {lo, hi, c}));
                 s = e;
             } else if ((e = charRange(s, ref, lo, hi)) >= 0 && standsAlone(s, e)) {
@@ -364,7 +370,8 @@ private:
                 --depth;
             if (depth != 0 || sigLower(s) != u"into")
                 continue;
-            if (s + 1 >= sigCount() || (sigTok(s + 1).kind != TokenKind::Word && sigTok(s + 1).kind != TokenKind::Bracket))
+            if (s + 1 >= sigCount() ||
+                (sigTok(s + 1).kind != TokenKind::Word && sigTok(s + 1).kind != TokenKind::Bracket))
                 throw AppError(QStringLiteral("Missing table name after INTO."));
             st.kind = TranslatedStatement::Kind::SelectInto;
             st.intoTable = sigText(s + 1);
@@ -416,19 +423,19 @@ private:
             if (w == u"as")
                 next += 2;
             else if (w != u"where" && w != u"order")
-                ++next;   // an alias
+                ++next;  // an alias
         }
-        if (next < sigCount() && sigLower(next) != u"where" && sigLower(next) != u"order"
-            && sigTok(next).kind != TokenKind::Semicolon)
+        if (next < sigCount() && sigLower(next) != u"where" && sigLower(next) != u"order" &&
+            sigTok(next).kind != TokenKind::Semicolon)
             return {};
         return table.text;
     }
 
     const SqlDialect& dialect_;
     std::vector<Token> tokens_;
-    std::vector<int> sig_;              // indexes of tokens that are not white space
-    std::vector<int> sigOf_;            // token index to its place in sig_, -1 for white space
-    std::vector<QString> out_;          // rendered text per token
+    std::vector<int> sig_;      // indexes of tokens that are not white space
+    std::vector<int> sigOf_;    // token index to its place in sig_, -1 for white space
+    std::vector<QString> out_;  // rendered text per token
     std::map<int, QString> pendingAfter_;
 };
 

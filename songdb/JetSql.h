@@ -8,11 +8,11 @@ namespace td {
 struct TranslatedStatement {
     enum class Kind { Rows, NoRows, SelectInto };
     Kind kind = Kind::NoRows;
-    QString sql;          // the native statement (for SelectInto: the select without "into ... in")
-    QString keyedSql;     // a one-table select with the row key as its first column; else empty
-    QString baseTable;    // the table of keyedSql
-    QString intoTable;    // SelectInto: the new table
-    QString intoFile;     // SelectInto: the other database file, empty for this one
+    QString sql;        // the native statement (for SelectInto: the select without "into ... in")
+    QString keyedSql;   // a one-table select with the row key as its first column; else empty
+    QString baseTable;  // the table of keyedSql
+    QString intoTable;  // SelectInto: the new table
+    QString intoFile;   // SelectInto: the other database file, empty for this one
 };
 
 // Translates one Jet SQL statement: "delete * from", [bracketed] names, the bare column index,

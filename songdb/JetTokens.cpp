@@ -5,7 +5,10 @@ namespace td::jet {
 
 namespace {
 
-bool isWordChar(QChar c) { return c.isLetterOrNumber() || c == u'_' || c == u'$'; }
+bool isWordChar(QChar c)
+{
+    return c.isLetterOrNumber() || c == u'_' || c == u'$';
+}
 
 // Reads a quoted piece from i (at the opening quote); a doubled quote stands for one.
 QString readQuoted(const QString& sql, qsizetype& i, QChar quote, const QString& unterminated)
@@ -42,8 +45,9 @@ std::vector<Token> Tokenize(const QString& sql)
                 ++i;
             tokens.push_back({TokenKind::Space, sql.mid(start, i - start)});
         } else if (c == u'\'' || c == u'"') {
-            tokens.push_back({TokenKind::String,
-                              readQuoted(sql, i, c, QStringLiteral("Unterminated text literal in SQL statement."))});
+            tokens.push_back(
+                {TokenKind::String,
+                 readQuoted(sql, i, c, QStringLiteral("Unterminated text literal in SQL statement."))});
         } else if (c == u'[') {
             const qsizetype close = sql.indexOf(u']', i);
             if (close < 0)

@@ -16,7 +16,7 @@ struct Token {
 // Splits a statement; throws AppError for an unterminated literal or bracket.
 std::vector<Token> Tokenize(const QString& sql);
 
-QString QuoteLiteral(const QString& text);   // 'text' with ' doubled
+QString QuoteLiteral(const QString& text);  // 'text' with ' doubled
 // "name", or "table"."column" for a bracketed [table.column].
 QString QuoteName(const QString& name);
 

@@ -12,7 +12,10 @@ namespace {
 constexpr qsizetype kLoadBlock = 10000;
 constexpr qsizetype kSaveBlock = 100000;
 
-bool selectsAll(const QString& where) { return where.isEmpty() || where == u"all"; }
+bool selectsAll(const QString& where)
+{
+    return where.isEmpty() || where == u"all";
+}
 
 // A read of exactly size bytes; past the end of the file the rest stays zero.
 QByteArray readPadded(QFile& file, qsizetype size)

@@ -11,7 +11,8 @@ namespace td {
 bool SongGetRecordset(const QString& fields, const QString& table, const QString& where, const QString& order,
                       std::unique_ptr<Recordset>& rs);
 // The distinct non-NULL values of a field, sorted, as a text array from 1.
-bool SongGetNamesFromField(const QString& table, const QString& field, const QString& where, TextArray& names);
+bool SongGetNamesFromField(const QString& table, const QString& field, const QString& where,
+                           TextArray& names);
 
 // Writes the photograph of the current row (image, image_len bytes of it) to a file.
 bool LoadImageField(Recordset* rs, const QString& path);

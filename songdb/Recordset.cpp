@@ -10,13 +10,15 @@ namespace {
 // The texts ADO gives for the same faults, which callers show after " Err=".
 AppError noCurrentRecord()
 {
-    return AppError(QStringLiteral("Either BOF or EOF is True, or the current record has been deleted. "
-                                   "Requested operation requires a current record."));
+    return AppError(
+        QStringLiteral("Either BOF or EOF is True, or the current record has been deleted. "
+                       "Requested operation requires a current record."));
 }
 AppError notUpdatable()
 {
-    return AppError(QStringLiteral("Current Recordset does not support updating. This may be a limitation "
-                                   "of the provider, or of the selected locktype."));
+    return AppError(
+        QStringLiteral("Current Recordset does not support updating. This may be a limitation "
+                       "of the provider, or of the selected locktype."));
 }
 }  // namespace
 
@@ -71,7 +73,7 @@ void Recordset::Requery()
     clearEdit();
     std::vector<qint64> keys;
     auto rows = source_.backend->query(source_.nativeSql, source_.keyed, &keys, [&] {
-        const std::size_t expected = keys_.size();   // sized once, not grown by doubling
+        const std::size_t expected = keys_.size();  // sized once, not grown by doubling
         releaseRows();
         keys.reserve(expected);
     });
@@ -141,7 +143,7 @@ void Recordset::MoveLast()
 void Recordset::MoveNext()
 {
     finishEditBeforeMove();
-    if (currentDeleted_) {   // the deleted record's place already holds the next one
+    if (currentDeleted_) {  // the deleted record's place already holds the next one
         setPosition(pos_);
         return;
     }
@@ -167,7 +169,7 @@ void Recordset::Move(qsizetype n, std::optional<Bookmark> start)
         if (base < 0)
             throw AppError(QStringLiteral("Bookmark is invalid."));
     } else if (currentDeleted_ && n > 0) {
-        --base;   // counted from the deleted record, whose place the next one took
+        --base;  // counted from the deleted record, whose place the next one took
     }
     if (n != 0 && !start && !currentDeleted_ && (pos_ < 0 || pos_ >= qsizetype(order_.size())))
         throw noCurrentRecord();
@@ -188,7 +190,9 @@ void Recordset::setAbsolutePosition(qsizetype position)
 {
     finishEditBeforeMove();
     if (position < 1 || position > qsizetype(order_.size()))
-        throw AppError(QStringLiteral("Arguments are of the wrong type, are out of acceptable range, or are in conflict with one another."));
+        throw AppError(
+            QStringLiteral("Arguments are of the wrong type, are out of acceptable range, or are in conflict "
+                           "with one another."));
     setPosition(position - 1);
 }
 
@@ -209,7 +213,10 @@ bool Recordset::setBookmark(Bookmark key)
 }
 
 namespace {
-bool keyBefore(const std::pair<Bookmark, std::uint32_t>& entry, Bookmark key) { return entry.first < key; }
+bool keyBefore(const std::pair<Bookmark, std::uint32_t>& entry, Bookmark key)
+{
+    return entry.first < key;
+}
 }  // namespace
 
 qsizetype Recordset::physicalRowOf(Bookmark key) const
@@ -251,12 +258,16 @@ qsizetype Recordset::requireCurrent() const
     return order_[std::size_t(pos_)];
 }
 
-int Recordset::FieldCount() const { return rows_->columnCount(); }
+int Recordset::FieldCount() const
+{
+    return rows_->columnCount();
+}
 
 void Recordset::checkColumn(int c) const
 {
     if (c < 0 || c >= rows_->columnCount())
-        throw AppError(QStringLiteral("Item cannot be found in the collection corresponding to the requested name or ordinal."));
+        throw AppError(QStringLiteral(
+            "Item cannot be found in the collection corresponding to the requested name or ordinal."));
 }
 
 Field Recordset::Fields(int index)
@@ -308,7 +319,8 @@ QVariant Recordset::currentValue(int c) const
 // edited date is already held in that form.
 QString Recordset::fieldText(int c) const
 {
-    const bool stored = editMode_ == EditMode::None || (editMode_ == EditMode::Edit && !pending_[std::size_t(c)]);
+    const bool stored =
+        editMode_ == EditMode::None || (editMode_ == EditMode::Edit && !pending_[std::size_t(c)]);
     if (stored && rows_->column(c).type == adDate) {
         std::fill(chunkRead_.begin(), chunkRead_.end(), 0);
         return rows_->text(requireCurrent(), c);
@@ -419,7 +431,7 @@ void Recordset::Update()
             rows_->setValue(row, changed[i], values[i].second);
         backend.readRow(source_.baseTable, key, *rows_, row);
         if (keysAscending_ && !keys_.empty() && key < keys_.back())
-            keysAscending_ = false;   // the index is built when next needed
+            keysAscending_ = false;  // the index is built when next needed
         else if (!keyIndex_.empty())
             keyIndex_.insert(std::upper_bound(keyIndex_.begin(), keyIndex_.end(), key,
                                               [](Bookmark k, const auto& entry) { return k < entry.first; }),
@@ -474,21 +486,45 @@ Bookmark Recordset::bookmarkAt(qsizetype position) const
 
 std::size_t Recordset::memoryUsed() const
 {
-    return rows_->memoryUsed() + keys_.capacity() * sizeof(Bookmark) + order_.capacity() * sizeof(std::uint32_t)
-           + keyIndex_.capacity() * sizeof(keyIndex_[0]);
+    return rows_->memoryUsed() + keys_.capacity() * sizeof(Bookmark) +
+           order_.capacity() * sizeof(std::uint32_t) + keyIndex_.capacity() * sizeof(keyIndex_[0]);
 }
 
 // Field
 
-QString Field::Name() const { return rs_->Column(index_).name; }
-int Field::Type() const { return rs_->Column(index_).type; }
-QVariant Field::Value() const { return rs_->fieldValue(index_); }
-bool Field::IsNull() const { return rs_->fieldIsNull(index_); }
-void Field::setValue(const QVariant& v) const { rs_->setFieldValue(index_, v); }
-QByteArray Field::GetChunk(qsizetype size) const { return rs_->fieldChunk(index_, size); }
-void Field::AppendChunk(const QByteArray& bytes) const { rs_->appendFieldChunk(index_, bytes); }
+QString Field::Name() const
+{
+    return rs_->Column(index_).name;
+}
+int Field::Type() const
+{
+    return rs_->Column(index_).type;
+}
+QVariant Field::Value() const
+{
+    return rs_->fieldValue(index_);
+}
+bool Field::IsNull() const
+{
+    return rs_->fieldIsNull(index_);
+}
+void Field::setValue(const QVariant& v) const
+{
+    rs_->setFieldValue(index_, v);
+}
+QByteArray Field::GetChunk(qsizetype size) const
+{
+    return rs_->fieldChunk(index_, size);
+}
+void Field::AppendChunk(const QByteArray& bytes) const
+{
+    rs_->appendFieldChunk(index_, bytes);
+}
 
-QString Field::Text() const { return rs_->fieldText(index_); }
+QString Field::Text() const
+{
+    return rs_->fieldText(index_);
+}
 
 qsizetype Field::ActualSize() const
 {

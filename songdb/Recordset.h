@@ -21,9 +21,9 @@ using Bookmark = qint64;
 // Where a recordset reads its rows and writes its changes.
 struct RecordSource {
     std::shared_ptr<Backend> backend;
-    QString statement;     // the statement as the caller wrote it
-    QString nativeSql;     // what the backend runs; when keyed, its first column is the row key
-    QString baseTable;     // the one table the rows come from, empty when not updatable
+    QString statement;  // the statement as the caller wrote it
+    QString nativeSql;  // what the backend runs; when keyed, its first column is the row key
+    QString baseTable;  // the one table the rows come from, empty when not updatable
     bool keyed = false;
 };
 
@@ -35,13 +35,17 @@ public:
     QString Name() const;
     int Type() const;
     int Index() const { return index_; }
-    QVariant Value() const;          // invalid QVariant for NULL
-    QString Text() const;            // NULL as empty text
+    QVariant Value() const;  // invalid QVariant for NULL
+    QString Text() const;    // NULL as empty text
     bool IsNull() const;
     qsizetype ActualSize() const;
     // Starts or continues the edit of the current record.
     void setValue(const QVariant& v) const;
-    Field& operator=(const QVariant& v) { setValue(v); return *this; }
+    Field& operator=(const QVariant& v)
+    {
+        setValue(v);
+        return *this;
+    }
     // Binary access in pieces, as ADO's GetChunk and AppendChunk: reads go on from where the last
     // read of this field ended; appends add to the value being edited.
     QByteArray GetChunk(qsizetype size) const;
@@ -119,7 +123,7 @@ public:
 
 private:
     friend class Field;
-    qsizetype requireCurrent() const;      // physical row of the current record
+    qsizetype requireCurrent() const;  // physical row of the current record
     QVariant fieldValue(int c) const;
     QString fieldText(int c) const;
     QVariant currentValue(int c) const;
@@ -139,16 +143,16 @@ private:
 
     RecordSource source_;
     std::unique_ptr<RowStore> rows_;
-    std::vector<Bookmark> keys_;          // per physical row
-    std::vector<std::uint32_t> order_;    // physical rows in recordset order
-    qsizetype pos_ = 0;                   // index into order_; -1 before the first, size() after the last
-    bool currentDeleted_ = false;         // the current record was deleted and is gone from order_
+    std::vector<Bookmark> keys_;        // per physical row
+    std::vector<std::uint32_t> order_;  // physical rows in recordset order
+    qsizetype pos_ = 0;                 // index into order_; -1 before the first, size() after the last
+    bool currentDeleted_ = false;       // the current record was deleted and is gone from order_
     bool open_ = true;
 
     EditMode editMode_ = EditMode::None;
-    std::vector<std::optional<QVariant>> pending_;   // edited values per column
-    mutable std::vector<qsizetype> chunkRead_;              // GetChunk offsets per column
-    bool keysAscending_ = true;           // keys_ sorted, as rowids of a plain select mostly are
+    std::vector<std::optional<QVariant>> pending_;  // edited values per column
+    mutable std::vector<qsizetype> chunkRead_;      // GetChunk offsets per column
+    bool keysAscending_ = true;                     // keys_ sorted, as rowids of a plain select mostly are
     // (key, physical row) sorted by key, built on demand when keys_ is not sorted.
     mutable std::vector<std::pair<Bookmark, std::uint32_t>> keyIndex_;
 };

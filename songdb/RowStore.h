@@ -12,8 +12,8 @@ namespace td {
 // What a recordset knows about one of its columns.
 struct ColumnInfo {
     QString name;
-    int type = 0;            // ADO type code
-    QString baseTable;       // table and column the value comes from; empty for expressions
+    int type = 0;       // ADO type code
+    QString baseTable;  // table and column the value comes from; empty for expressions
     QString baseColumn;
 };
 
@@ -76,19 +76,19 @@ private:
     qsizetype rows_ = 0;
     std::vector<std::unique_ptr<Cell[]>> cellChunks_;
     std::vector<std::unique_ptr<char[]>> arenaChunks_;
-    std::uint32_t arenaUsed_ = 0;        // bytes used in the last arena chunk
-    std::vector<QByteArray> big_;        // values too large for an arena chunk
+    std::uint32_t arenaUsed_ = 0;  // bytes used in the last arena chunk
+    std::vector<QByteArray> big_;  // values too large for an arena chunk
     // The last few short texts stored per column. Songbooks repeat a column's value row after row
     // (library, language, style, editor, time), and a repeat shares the bytes stored first.
     // A column that seldom repeats (titles, file names) stops looking for a while.
     struct Recent {
         static constexpr int kSlots = 8;
         std::uint32_t ref[kSlots] = {};
-        std::uint32_t size[kSlots] = {};   // 0: free
+        std::uint32_t size[kSlots] = {};  // 0: free
         int next = 0;
         std::uint32_t tries = 0;
         std::uint32_t hits = 0;
-        std::uint32_t skip = 0;            // texts still to store without looking
+        std::uint32_t skip = 0;  // texts still to store without looking
     };
     std::vector<Recent> recent_;
 };

@@ -72,8 +72,8 @@ QString configRow(const QString& key, const QString& value)
 {
     QString v = value;
     v.replace(u'\'', QStringLiteral("''"));
-    return QStringLiteral("insert into config ([section], [key], [value]) values ('Database', '") + key
-        + QStringLiteral("', '") + v + QStringLiteral("')");
+    return QStringLiteral("insert into config ([section], [key], [value]) values ('Database', '") + key +
+           QStringLiteral("', '") + v + QStringLiteral("')");
 }
 
 }  // namespace

@@ -17,11 +17,15 @@ const QString kArtistByAlphabet = QStringLiteral("Search artist by alphabet");
 // The four conditions of a search; the region list is read only when a statement needs it.
 class Conditions {
 public:
-    explicit Conditions(int grade) : items_{QString(), QStringLiteral("grade<=") + QString::number(grade), {}, {}, {}} {}
+    explicit Conditions(int grade)
+        : items_{QString(), QStringLiteral("grade<=") + QString::number(grade), {}, {}, {}}
+    {
+    }
     QString where()
     {
         if (!regionsRead_) {
-            items_[2] = QStringLiteral("(song.region in (") + GetRegionList() + QStringLiteral(") or song.region is null)");
+            items_[2] = QStringLiteral("(song.region in (") + GetRegionList() +
+                        QStringLiteral(") or song.region is null)");
             regionsRead_ = true;
         }
         return JoinConditions(items_);
@@ -33,7 +37,8 @@ public:
         for (int i = 1; i <= 10; ++i)
             if (!SearchFilterValue()[i].isEmpty() && SearchFilterField()[i] == u"language") {
                 items_[1] = QStringLiteral("grade<=") + QString::number(grade);
-                items_[2] = QStringLiteral("[language] like '%") + SearchFilterValue()[i] + QStringLiteral("%'");
+                items_[2] =
+                    QStringLiteral("[language] like '%") + SearchFilterValue()[i] + QStringLiteral("%'");
                 regionsRead_ = true;
             }
     }
@@ -111,8 +116,11 @@ int popularList(const QString& where, TextArray& names, TextArray& keys)
 int singerList(const QString& where, TextArray& names, TextArray& keys)
 {
     std::unique_ptr<Recordset> rs;
-    if (!SongOpenRecordset(QStringLiteral("select distinct singer, type from song left join singer on song.singer = "
-                                          "singer.name where ") + where + QStringLiteral(" order by singer"), rs))
+    if (!SongOpenRecordset(
+            QStringLiteral("select distinct singer, type from song left join singer on song.singer = "
+                           "singer.name where ") +
+                where + QStringLiteral(" order by singer"),
+            rs))
         return -1;
     for (qsizetype r = 0; r < rs->RecordCount(); ++r) {
         AppendItem(names, rs->text(r, 0));
@@ -152,7 +160,8 @@ int singerTypeList(const QString& where, TextArray& names, TextArray& keys)
     return UBound(names);
 }
 
-int listNode(int grade, const QString& path, const QString& value, Conditions& cond, TextArray& names, TextArray& keys)
+int listNode(int grade, const QString& path, const QString& value, Conditions& cond, TextArray& names,
+             TextArray& keys)
 {
     if (path == u"chars") {
         for (int i = 1; i <= 99; ++i) {
@@ -187,8 +196,9 @@ QString valueCondition(const QString& path, QString value)
     if (path == u"singer/male" || path == u"singer/female" || path == u"singer/mix" || path == u"singer/band")
         return QStringLiteral("singer like '%") + value + QStringLiteral("%'");
     if (path == u"singer/type")
-        return value.startsWith(u"singer/") ? QStringLiteral("singer.type like '%") + value.mid(7) + QStringLiteral("%'")
-                                            : QStringLiteral("singer like '%") + value + QStringLiteral("%'");
+        return value.startsWith(u"singer/")
+                   ? QStringLiteral("singer.type like '%") + value.mid(7) + QStringLiteral("%'")
+                   : QStringLiteral("singer like '%") + value + QStringLiteral("%'");
     if (path == u"chars")
         return QStringLiteral("chars = ") + value;
     if (path == u"title") {
@@ -206,14 +216,16 @@ QString valueCondition(const QString& path, QString value)
     return u'[' + path + QStringLiteral("] like '%") + value + QStringLiteral("%'");
 }
 
-int searchValue(const QString& path, const QString& value, Conditions& cond, TextArray& names, TextArray& keys)
+int searchValue(const QString& path, const QString& value, Conditions& cond, TextArray& names,
+                TextArray& keys)
 {
     cond.set(4, valueCondition(path, value));
     if (path == u"singer/name") {
         cond.set(4, {});
         return singerList(cond.where() + AlphabetCondition(value), names, keys);
     }
-    if (path == u"singer/type" && (value == u"singer/All artist" || value == u"singer/Search artist by alphabet")) {
+    if (path == u"singer/type" &&
+        (value == u"singer/All artist" || value == u"singer/Search artist by alphabet")) {
         cond.set(4, {});
         return singerList(cond.where(), names, keys);
     }
@@ -246,8 +258,12 @@ std::array<QString, 11>& SearchFilterValue()
 QString SearchTypeCaption(const QString& key)
 {
     static const std::pair<const char16_t*, const char*> captions[] = {
-        {u"song", "All songs"},           {u"singer", "Search by singer - all"}, {u"singer/title", "Search artist by alphabet"},
-        {u"language", "Search by language"}, {u"style", "Search by style"},   {u"chars", "Search by char number"},
+        {u"song", "All songs"},
+        {u"singer", "Search by singer - all"},
+        {u"singer/title", "Search artist by alphabet"},
+        {u"language", "Search by language"},
+        {u"style", "Search by style"},
+        {u"chars", "Search by char number"},
         {u"title", "Search song by alphabet"}};
     for (const auto& [k, caption] : captions)
         if (key == QStringView(k))

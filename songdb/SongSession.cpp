@@ -31,16 +31,23 @@ Session& session()
 
 const QString kCrLf = QStringLiteral("\r\n");
 
-bool isAddress(const QString& location) { return location.startsWith(u"postgresql://", Qt::CaseInsensitive); }
+bool isAddress(const QString& location)
+{
+    return location.startsWith(u"postgresql://", Qt::CaseInsensitive);
+}
 
-QString databaseHomeFile() { return AppPath() + QStringLiteral("/KtvPublic/database_home.ini"); }
+QString databaseHomeFile()
+{
+    return AppPath() + QStringLiteral("/KtvPublic/database_home.ini");
+}
 
 // Steps 10 to 13 of the opening: the database's own Format and Version.
 bool acceptFormatAndVersion()
 {
     if (SongReadValue(QStringLiteral("Database"), QStringLiteral("Format"), {}) != kSongDatabaseFormat) {
         AppLogError(QStringLiteral("Invalid database format!"));
-        if (MsgAsk(QStringLiteral("Invalid database format! Process anyway?"), MsgButtons::YesNo) != MsgAnswer::Yes) {
+        if (MsgAsk(QStringLiteral("Invalid database format! Process anyway?"), MsgButtons::YesNo) !=
+            MsgAnswer::Yes) {
             SongCloseDatabase();
             return false;
         }
@@ -48,11 +55,11 @@ bool acceptFormatAndVersion()
     const QString version = SongReadValue(QStringLiteral("Database"), QStringLiteral("Version"), {});
     if (float(NumericValue(version)) >= kSongDatabaseVersion.toFloat())
         return true;
-    const QString versions = QStringLiteral("Current Version = ") + version + QStringLiteral("    Expect Version = ")
-        + kSongDatabaseVersion;
+    const QString versions = QStringLiteral("Current Version = ") + version +
+                             QStringLiteral("    Expect Version = ") + kSongDatabaseVersion;
     AppLogError(QStringLiteral("Database version is out of date! ") + versions);
-    if (MsgAsk(QStringLiteral("Database version is out of date! Process anyway?") + kCrLf + versions, MsgButtons::YesNo)
-        == MsgAnswer::Yes)
+    if (MsgAsk(QStringLiteral("Database version is out of date! Process anyway?") + kCrLf + versions,
+               MsgButtons::YesNo) == MsgAnswer::Yes)
         return true;
     SongCloseDatabase();
     return false;
@@ -60,10 +67,22 @@ bool acceptFormatAndVersion()
 
 }  // namespace
 
-bool SongDatabaseOpen() { return session().open; }
-QString SongServerHost() { return session().serverHost; }
-QString SongDatabaseFile() { return session().databaseFile; }
-Connection* SongConnection() { return session().connection.get(); }
+bool SongDatabaseOpen()
+{
+    return session().open;
+}
+QString SongServerHost()
+{
+    return session().serverHost;
+}
+QString SongDatabaseFile()
+{
+    return session().databaseFile;
+}
+Connection* SongConnection()
+{
+    return session().connection.get();
+}
 
 bool SongOpenDatabase()
 {
@@ -84,8 +103,8 @@ bool SongOpenDatabase()
     }
     const QString location = isAddress(path) ? path : NativePath(path);
     if (!isAddress(path) && FileKind(location) != u"f") {
-        MsgError(TranslateText(QStringLiteral("Can not find song database file!")) + QStringLiteral(" <") + path
-                 + QStringLiteral(">"));
+        MsgError(TranslateText(QStringLiteral("Can not find song database file!")) + QStringLiteral(" <") +
+                 path + QStringLiteral(">"));
         AppLogError(QStringLiteral("Can not find song database file! <") + path + QStringLiteral(">"));
         return false;
     }
@@ -117,7 +136,7 @@ bool SongCloseDatabase()
 
 std::unique_ptr<Connection> OpenAccessDatabase(const QString& path, const QString& password)
 {
-    Q_UNUSED(password);   // SQLite files carry no password; a legacy source will take it
+    Q_UNUSED(password);  // SQLite files carry no password; a legacy source will take it
     const QString location = NativePath(path);
     if (FileKind(location) != u"f") {
         MsgError(QStringLiteral("Can't find access database file <") + path + QStringLiteral(">!"));
@@ -145,8 +164,8 @@ QString DatabaseHomePath(const QString& dbType, QString& path, bool write)
         return value;
     }
     QString stored = path;
-    if (!isAddress(path) && path.size() > app.size() && path.left(app.size()).compare(app, Qt::CaseInsensitive) == 0
-        && path[app.size()] == u'/')
+    if (!isAddress(path) && path.size() > app.size() &&
+        path.left(app.size()).compare(app, Qt::CaseInsensitive) == 0 && path[app.size()] == u'/')
         stored = u'.' + path.mid(app.size());
     QDir().mkpath(ParentPath(file));
     IniWrite(file, dbType, QStringLiteral("Local"), stored);

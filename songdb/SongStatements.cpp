@@ -25,14 +25,21 @@ Connection& songConnection()
 
 QString configWhere(const QString& section, const QString& key)
 {
-    return QStringLiteral(" from config where [section]='") + (section.isEmpty() ? QStringLiteral("Default") : section)
-        + QStringLiteral("' and [key]='") + key + u'\'';
+    return QStringLiteral(" from config where [section]='") +
+           (section.isEmpty() ? QStringLiteral("Default") : section) + QStringLiteral("' and [key]='") + key +
+           u'\'';
 }
 
 }  // namespace
 
-QString SongLastError() { return lastError(); }
-void SetSongLastError(const QString& description) { lastError() = description; }
+QString SongLastError()
+{
+    return lastError();
+}
+void SetSongLastError(const QString& description)
+{
+    lastError() = description;
+}
 
 QString ErrorText(const std::exception& e)
 {
@@ -52,7 +59,8 @@ bool reported(const char* name, const QString& sql, Run run)
         return true;
     } catch (const std::exception& e) {
         SetSongLastError(ErrorText(e));
-        MsgError(QString::fromLatin1(name) + QStringLiteral(" failed!") + ErrSuffix(e) + kCrLf + QStringLiteral("SQL=") + sql);
+        MsgError(QString::fromLatin1(name) + QStringLiteral(" failed!") + ErrSuffix(e) + kCrLf +
+                 QStringLiteral("SQL=") + sql);
         return false;
     }
 }
@@ -87,14 +95,16 @@ QString SongReadValue(const QString& section, const QString& key, const QString&
 bool SongWriteValue(const QString& section, const QString& key, const QString& value)
 {
     std::unique_ptr<Recordset> rs;
-    if (!SongOpenRecordset(QStringLiteral("select [section], [key], [value]") + configWhere(section, key), rs)) {
+    if (!SongOpenRecordset(QStringLiteral("select [section], [key], [value]") + configWhere(section, key),
+                           rs)) {
         MsgError(QStringLiteral("SongWriteValue failed!") + ErrSuffix(SongLastError()));
         return false;
     }
     try {
         if (rs->RecordCount() < 1) {
             rs->AddNew();
-            rs->Fields(QStringLiteral("Section")).setValue(section.isEmpty() ? QStringLiteral("Default") : section);
+            rs->Fields(QStringLiteral("Section"))
+                .setValue(section.isEmpty() ? QStringLiteral("Default") : section);
             rs->Fields(QStringLiteral("Key")).setValue(key);
         }
         rs->Fields(QStringLiteral("Value")).setValue(value);

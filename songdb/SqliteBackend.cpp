@@ -14,23 +14,27 @@ namespace {
 
 AppError rowGone()
 {
-    return AppError(QStringLiteral("Row cannot be located for updating. Some values may have been changed "
-                                   "since it was last read."));
+    return AppError(
+        QStringLiteral("Row cannot be located for updating. Some values may have been changed "
+                       "since it was last read."));
 }
 
-QString utf8(const char* text) { return text ? QString::fromUtf8(text) : QString(); }
+QString utf8(const char* text)
+{
+    return text ? QString::fromUtf8(text) : QString();
+}
 
 int adoTypeOfValue(int sqliteType)
 {
     switch (sqliteType) {
-    case SQLITE_INTEGER:
-        return adInteger;
-    case SQLITE_FLOAT:
-        return adDouble;
-    case SQLITE_BLOB:
-        return adLongVarBinary;
-    default:
-        return adVarWChar;
+        case SQLITE_INTEGER:
+            return adInteger;
+        case SQLITE_FLOAT:
+            return adDouble;
+        case SQLITE_BLOB:
+            return adLongVarBinary;
+        default:
+            return adVarWChar;
     }
 }
 
@@ -50,20 +54,21 @@ int storeColumn(sqlite3_stmt* s, int c, RowStore& into, qsizetype row, int targe
 {
     const int type = sqlite3_column_type(s, c);
     switch (type) {
-    case SQLITE_INTEGER:
-        into.setInteger(row, target, sqlite3_column_int64(s, c));
-        break;
-    case SQLITE_FLOAT:
-        into.setReal(row, target, sqlite3_column_double(s, c));
-        break;
-    case SQLITE_TEXT:
-        into.setText(row, target, reinterpret_cast<const char*>(sqlite3_column_text(s, c)), sqlite3_column_bytes(s, c));
-        break;
-    case SQLITE_BLOB:
-        into.setBlob(row, target, sqlite3_column_blob(s, c), sqlite3_column_bytes(s, c));
-        break;
-    default:
-        into.setNull(row, target);
+        case SQLITE_INTEGER:
+            into.setInteger(row, target, sqlite3_column_int64(s, c));
+            break;
+        case SQLITE_FLOAT:
+            into.setReal(row, target, sqlite3_column_double(s, c));
+            break;
+        case SQLITE_TEXT:
+            into.setText(row, target, reinterpret_cast<const char*>(sqlite3_column_text(s, c)),
+                         sqlite3_column_bytes(s, c));
+            break;
+        case SQLITE_BLOB:
+            into.setBlob(row, target, sqlite3_column_blob(s, c), sqlite3_column_bytes(s, c));
+            break;
+        default:
+            into.setNull(row, target);
     }
     return type;
 }
@@ -112,8 +117,8 @@ SqliteBackend::~SqliteBackend()
 
 const SqlDialect& SqliteBackend::dialect() const
 {
-    static const SqlDialect d{QStringLiteral("rowid"), QStringLiteral(" COLLATE GB2312"), QStringLiteral("td_ucase"),
-                             QStringLiteral("td_char_")};
+    static const SqlDialect d{QStringLiteral("rowid"), QStringLiteral(" COLLATE GB2312"),
+                              QStringLiteral("td_ucase"), QStringLiteral("td_char_")};
     return d;
 }
 
@@ -152,7 +157,8 @@ std::unique_ptr<RowStore> SqliteBackend::query(const QString& sql, bool keyed, s
     const int n = sqlite3_column_count(s);
     std::vector<ColumnInfo> columns;
     for (int c = first; c < n; ++c)
-        columns.push_back({utf8(sqlite3_column_name(s, c)), AdoTypeOfDeclared(utf8(sqlite3_column_decltype(s, c))),
+        columns.push_back({utf8(sqlite3_column_name(s, c)),
+                           AdoTypeOfDeclared(utf8(sqlite3_column_decltype(s, c))),
                            utf8(sqlite3_column_table_name(s, c)), utf8(sqlite3_column_origin_name(s, c))});
     auto store = std::make_unique<RowStore>(std::move(columns));
     if (keys)
@@ -169,7 +175,7 @@ std::unique_ptr<RowStore> SqliteBackend::query(const QString& sql, bool keyed, s
             const int type = storeColumn(s, c, *store, row, target);
             if (type == SQLITE_NULL)
                 continue;
-            if (store->column(target).type == adEmpty)   // an expression takes the type of its first value
+            if (store->column(target).type == adEmpty)  // an expression takes the type of its first value
                 store->column(target).type = adoTypeOfValue(type);
         }
     }
@@ -202,20 +208,23 @@ QString SqliteBackend::createTableFor(sqlite3_stmt* select, const QString& table
         const char* originColumn = sqlite3_column_origin_name(select, c);
         const char *type = nullptr, *collation = nullptr;
         int notNull = 0, primaryKey = 0, autoIncrement = 0;
-        if (originTable && originColumn
-            && sqlite3_table_column_metadata(db_, sqlite3_column_database_name(select, c), originTable, originColumn,
-                                             &type, &collation, &notNull, &primaryKey, &autoIncrement) == SQLITE_OK) {
+        if (originTable && originColumn &&
+            sqlite3_table_column_metadata(db_, sqlite3_column_database_name(select, c), originTable,
+                                          originColumn, &type, &collation, &notNull, &primaryKey,
+                                          &autoIncrement) == SQLITE_OK) {
             if (primaryKey && !havePrimaryKey && declared.compare(u"INTEGER", Qt::CaseInsensitive) == 0) {
-                def += autoIncrement ? QStringLiteral(" PRIMARY KEY AUTOINCREMENT") : QStringLiteral(" PRIMARY KEY");
+                def += autoIncrement ? QStringLiteral(" PRIMARY KEY AUTOINCREMENT")
+                                     : QStringLiteral(" PRIMARY KEY");
                 havePrimaryKey = true;
             }
-            if (collation && QLatin1String(collation).compare(QLatin1String("BINARY"), Qt::CaseInsensitive) != 0)
+            if (collation &&
+                QLatin1String(collation).compare(QLatin1String("BINARY"), Qt::CaseInsensitive) != 0)
                 def += QStringLiteral(" COLLATE ") + QString::fromUtf8(collation);
         }
         defs << def;
     }
-    return QStringLiteral("CREATE TABLE ") + schema + u'.' + SqlName(table) + QStringLiteral(" (") + defs.join(u", ")
-        + u')';
+    return QStringLiteral("CREATE TABLE ") + schema + u'.' + SqlName(table) + QStringLiteral(" (") +
+           defs.join(u", ") + u')';
 }
 
 void SqliteBackend::selectInto(const QString& selectSql, const QString& table, const QString& file)
@@ -232,8 +241,9 @@ void SqliteBackend::selectInto(const QString& selectSql, const QString& table, c
         other.attached = true;
         schema = QStringLiteral("td_into");
     }
-    SqliteStatement exists(db_, QStringLiteral("SELECT count(*) FROM ") + schema
-                                    + QStringLiteral(".sqlite_master WHERE type='table' AND name=? COLLATE NOCASE"));
+    SqliteStatement exists(db_,
+                           QStringLiteral("SELECT count(*) FROM ") + schema +
+                               QStringLiteral(".sqlite_master WHERE type='table' AND name=? COLLATE NOCASE"));
     exists.bind(1, table);
     if (exists.step() && sqlite3_column_int(exists.get(), 0) > 0)
         throw AppError(QStringLiteral("Table '") + table + QStringLiteral("' already exists."));
@@ -262,10 +272,10 @@ qint64 SqliteBackend::insertRow(const QString& table, const ColumnValues& values
         names << SqlName(name);
         marks << QStringLiteral("?");
     }
-    const QString sql = values.empty()
-        ? QStringLiteral("INSERT INTO ") + SqlName(table) + QStringLiteral(" DEFAULT VALUES")
-        : QStringLiteral("INSERT INTO ") + SqlName(table) + QStringLiteral(" (") + names.join(u", ")
-            + QStringLiteral(") VALUES (") + marks.join(u", ") + u')';
+    const QString sql =
+        values.empty() ? QStringLiteral("INSERT INTO ") + SqlName(table) + QStringLiteral(" DEFAULT VALUES")
+                       : QStringLiteral("INSERT INTO ") + SqlName(table) + QStringLiteral(" (") +
+                             names.join(u", ") + QStringLiteral(") VALUES (") + marks.join(u", ") + u')';
     SqliteStatement st(db_, sql);
     for (std::size_t i = 0; i < values.size(); ++i)
         st.bind(int(i) + 1, values[i].second);
@@ -283,8 +293,8 @@ void SqliteBackend::updateRow(const QString& table, qint64 key, const ColumnValu
         sets << SqlName(name) + QStringLiteral("=?");
     for (const auto& [name, value] : originals)
         checks << SqlName(name) + QStringLiteral(" IS ?");
-    QString sql = QStringLiteral("UPDATE ") + SqlName(table) + QStringLiteral(" SET ") + sets.join(u", ")
-        + QStringLiteral(" WHERE rowid=?");
+    QString sql = QStringLiteral("UPDATE ") + SqlName(table) + QStringLiteral(" SET ") + sets.join(u", ") +
+                  QStringLiteral(" WHERE rowid=?");
     for (const auto& check : checks)
         sql += QStringLiteral(" AND ") + check;
     SqliteStatement st(db_, sql);
@@ -302,7 +312,8 @@ void SqliteBackend::updateRow(const QString& table, qint64 key, const ColumnValu
 void SqliteBackend::removeRow(const QString& table, qint64 key)
 {
     checkWritable();
-    SqliteStatement st(db_, QStringLiteral("DELETE FROM ") + SqlName(table) + QStringLiteral(" WHERE rowid=?"));
+    SqliteStatement st(db_,
+                       QStringLiteral("DELETE FROM ") + SqlName(table) + QStringLiteral(" WHERE rowid=?"));
     st.bind(1, key);
     st.step();
     if (sqlite3_changes(db_) == 0)
@@ -314,16 +325,17 @@ bool SqliteBackend::readRow(const QString& table, qint64 key, RowStore& into, qs
     QStringList names;
     std::vector<int> targets;
     for (int c = 0; c < into.columnCount(); ++c) {
-        if (into.column(c).baseColumn.isEmpty()
-            || into.column(c).baseTable.compare(table, Qt::CaseInsensitive) != 0)
+        if (into.column(c).baseColumn.isEmpty() ||
+            into.column(c).baseTable.compare(table, Qt::CaseInsensitive) != 0)
             continue;
         names << SqlName(into.column(c).baseColumn);
         targets.push_back(c);
     }
     if (names.isEmpty())
         return true;
-    SqliteStatement st(requireOpen(), QStringLiteral("SELECT ") + names.join(u", ") + QStringLiteral(" FROM ")
-                                          + SqlName(table) + QStringLiteral(" WHERE rowid=?"));
+    SqliteStatement st(requireOpen(), QStringLiteral("SELECT ") + names.join(u", ") +
+                                          QStringLiteral(" FROM ") + SqlName(table) +
+                                          QStringLiteral(" WHERE rowid=?"));
     st.bind(1, key);
     if (!st.step())
         return false;

@@ -28,7 +28,8 @@ public:
     void selectInto(const QString& selectSql, const QString& table, const QString& file) override;
 
     qint64 insertRow(const QString& table, const ColumnValues& values) override;
-    void updateRow(const QString& table, qint64 key, const ColumnValues& values, const ColumnValues& originals) override;
+    void updateRow(const QString& table, qint64 key, const ColumnValues& values,
+                   const ColumnValues& originals) override;
     void removeRow(const QString& table, qint64 key) override;
     bool readRow(const QString& table, qint64 key, RowStore& into, qsizetype row) override;
 

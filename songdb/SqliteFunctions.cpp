@@ -30,7 +30,7 @@ void ucase(sqlite3_context* context, int, sqlite3_value** argv)
         ascii = c < 0x80;
         small[i] = char(c >= 'a' && c <= 'z' ? c - ('a' - 'A') : c);
     }
-    if (ascii) {   // a copy into the result's own buffer, which SQLite reuses from row to row
+    if (ascii) {  // a copy into the result's own buffer, which SQLite reuses from row to row
         sqlite3_result_text(context, small, size, SQLITE_TRANSIENT);
         return;
     }
@@ -54,8 +54,9 @@ std::vector<CharKeys> buildCharKeys()
             continue;
         const QString upper = QString(QChar(char16_t(cp))).toUpper();
         const char32_t u = upper.size() == 1 ? upper[0].unicode()
-            : upper.size() == 2 && upper[0].isHighSurrogate() ? QChar::surrogateToUcs4(upper[0], upper[1])
-                                                             : 0;
+                           : upper.size() == 2 && upper[0].isHighSurrogate()
+                               ? QChar::surrogateToUcs4(upper[0], upper[1])
+                               : 0;
         keys[cp] = {Gb2312CharKey(cp), u != 0 ? Gb2312CharKey(u) : kNoGb2312Key};
     }
     return keys;
@@ -106,7 +107,7 @@ bool charAt(sqlite3_value* x, int pos, CharAt& at)
         return false;
     if (type == SQLITE_BLOB) {
         const auto* bytes = static_cast<const unsigned char*>(sqlite3_value_blob(x));
-        if (!bytes)   // an empty blob, for which substr answers NULL
+        if (!bytes)  // an empty blob, for which substr answers NULL
             return false;
         const int n = sqlite3_value_bytes(x);
         at.p = bytes + std::min(pos - 1, n);
@@ -223,7 +224,8 @@ bool RegisterJetFunctions(sqlite3* db)
     const int flags = SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_INNOCUOUS;
     bool ok = true;
     for (const auto& [name, args, fn] : functions)
-        if (sqlite3_create_function_v2(db, name, args, flags, keys, fn, nullptr, nullptr, nullptr) != SQLITE_OK)
+        if (sqlite3_create_function_v2(db, name, args, flags, keys, fn, nullptr, nullptr, nullptr) !=
+            SQLITE_OK)
             ok = false;
     return ok;
 }

@@ -26,7 +26,8 @@ SqliteStatement::SqliteStatement(sqlite3* db, const QString& sql) : db_(db)
         throw AppError(QStringLiteral("The SQL statement is empty."));
     for (; tail && *tail; ++tail)
         if (!QChar(QLatin1Char(*tail)).isSpace() && *tail != ';')
-            throw AppError(QStringLiteral("Only one statement can run at a time: text after ';' is not allowed."));
+            throw AppError(
+                QStringLiteral("Only one statement can run at a time: text after ';' is not allowed."));
 }
 
 SqliteStatement::~SqliteStatement()
@@ -38,35 +39,36 @@ void SqliteStatement::bind(int index, const QVariant& value)
 {
     int rc = SQLITE_OK;
     switch (value.typeId()) {
-    case QMetaType::UnknownType:
-    case QMetaType::Nullptr:
-        rc = sqlite3_bind_null(stmt_, index);
-        break;
-    case QMetaType::Int:
-    case QMetaType::UInt:
-    case QMetaType::LongLong:
-    case QMetaType::ULongLong:
-    case QMetaType::Bool:
-        rc = sqlite3_bind_int64(stmt_, index, value.toLongLong());
-        break;
-    case QMetaType::Double:
-    case QMetaType::Float:
-        rc = sqlite3_bind_double(stmt_, index, value.toDouble());
-        break;
-    case QMetaType::QByteArray: {
-        const QByteArray b = value.toByteArray();
-        rc = sqlite3_bind_blob64(stmt_, index, b.constData(), sqlite3_uint64(b.size()), SQLITE_TRANSIENT);
-        break;
-    }
-    default: {
-        if (value.isNull()) {
+        case QMetaType::UnknownType:
+        case QMetaType::Nullptr:
             rc = sqlite3_bind_null(stmt_, index);
             break;
+        case QMetaType::Int:
+        case QMetaType::UInt:
+        case QMetaType::LongLong:
+        case QMetaType::ULongLong:
+        case QMetaType::Bool:
+            rc = sqlite3_bind_int64(stmt_, index, value.toLongLong());
+            break;
+        case QMetaType::Double:
+        case QMetaType::Float:
+            rc = sqlite3_bind_double(stmt_, index, value.toDouble());
+            break;
+        case QMetaType::QByteArray: {
+            const QByteArray b = value.toByteArray();
+            rc = sqlite3_bind_blob64(stmt_, index, b.constData(), sqlite3_uint64(b.size()), SQLITE_TRANSIENT);
+            break;
         }
-        const QByteArray u = value.toString().toUtf8();
-        rc = sqlite3_bind_text64(stmt_, index, u.constData(), sqlite3_uint64(u.size()), SQLITE_TRANSIENT, SQLITE_UTF8);
-        break;
-    }
+        default: {
+            if (value.isNull()) {
+                rc = sqlite3_bind_null(stmt_, index);
+                break;
+            }
+            const QByteArray u = value.toString().toUtf8();
+            rc = sqlite3_bind_text64(stmt_, index, u.constData(), sqlite3_uint64(u.size()), SQLITE_TRANSIENT,
+                                     SQLITE_UTF8);
+            break;
+        }
     }
     if (rc != SQLITE_OK)
         throw AppError(SqliteError(db_));

@@ -17,9 +17,9 @@ public:
     SqliteStatement& operator=(const SqliteStatement&) = delete;
 
     sqlite3_stmt* get() const { return stmt_; }
-    void bind(int index, const QVariant& value);   // 1-based
-    bool step();                                     // true while a row is ready
-    void reset();                                    // ready to run again with new bindings
+    void bind(int index, const QVariant& value);  // 1-based
+    bool step();                                  // true while a row is ready
+    void reset();                                 // ready to run again with new bindings
 
 private:
     sqlite3* db_;

@@ -9,7 +9,9 @@ namespace td {
 class AppError : public std::runtime_error {
 public:
     explicit AppError(const QString& description)
-        : std::runtime_error(description.toStdString()), description_(description) {}
+        : std::runtime_error(description.toStdString()), description_(description)
+    {
+    }
     const QString& description() const { return description_; }
 
 private:

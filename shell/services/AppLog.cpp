@@ -11,12 +11,16 @@ namespace {
 
 constexpr int kRingSize = 500;
 
-QString eventLogFile() { return AppPath() + QStringLiteral("/event.log"); }
+QString eventLogFile()
+{
+    return AppPath() + QStringLiteral("/event.log");
+}
 
 void writeLogLine(const QString& label, const QString& text)
 {
     const QString file = eventLogFile();
-    long long index = IntegerValue(IniRead(file, QStringLiteral("Default"), QStringLiteral("Index"), QStringLiteral("0")));
+    long long index =
+        IntegerValue(IniRead(file, QStringLiteral("Default"), QStringLiteral("Index"), QStringLiteral("0")));
     ++index;
     if (index > kRingSize || index < 1)
         index = 1;

@@ -33,7 +33,10 @@ QString AppPath()
     return QFileInfo(executablePath()).absolutePath();
 }
 
-void SetAppPath(const QString& dir) { appPathOverride() = dir; }
+void SetAppPath(const QString& dir)
+{
+    appPathOverride() = dir;
+}
 
 QString AppExeName()
 {
@@ -42,6 +45,9 @@ QString AppExeName()
     return QFileInfo(executablePath()).completeBaseName();
 }
 
-void SetAppExeName(const QString& name) { exeNameOverride() = name; }
+void SetAppExeName(const QString& name)
+{
+    exeNameOverride() = name;
+}
 
 }  // namespace td

@@ -28,11 +28,23 @@ DialogSeam& Dialogs()
     return qt;
 }
 
-void SetDialogs(DialogSeam* seam) { installed() = seam; }
-void SetDialogOwner(QWidget* w) { owner() = w; }
-QWidget* DialogOwner() { return owner().data(); }
+void SetDialogs(DialogSeam* seam)
+{
+    installed() = seam;
+}
+void SetDialogOwner(QWidget* w)
+{
+    owner() = w;
+}
+QWidget* DialogOwner()
+{
+    return owner().data();
+}
 
-QString AppTitle() { return QStringLiteral("Tunedesk"); }
+QString AppTitle()
+{
+    return QStringLiteral("Tunedesk");
+}
 
 void MsgInfo(const QString& text, const QString& title)
 {

@@ -14,7 +14,7 @@ enum class MsgAnswer { Ok, Cancel, Yes, No, Retry };
 struct OpenFileRequest {
     QString title;
     QString initialDir;
-    QString filter;      // "Description(*.a;*.b)|*.a;*.b|All Files(*.*)|*.*"
+    QString filter;  // "Description(*.a;*.b)|*.a;*.b|All Files(*.*)|*.*"
     bool multiple = false;
 };
 
@@ -22,9 +22,11 @@ struct OpenFileRequest {
 class DialogSeam {
 public:
     virtual ~DialogSeam() = default;
-    virtual MsgAnswer message(const QString& text, MsgButtons buttons, MsgIcon icon, const QString& title) = 0;
+    virtual MsgAnswer message(const QString& text, MsgButtons buttons, MsgIcon icon,
+                              const QString& title) = 0;
     // Empty optional when the input box was cancelled.
-    virtual std::optional<QString> inputBox(const QString& prompt, const QString& title, const QString& def) = 0;
+    virtual std::optional<QString> inputBox(const QString& prompt, const QString& title,
+                                            const QString& def) = 0;
     // Chosen full paths; empty when cancelled.
     virtual QStringList openFiles(const OpenFileRequest& request) = 0;
     virtual QString saveFile(const OpenFileRequest& request) = 0;

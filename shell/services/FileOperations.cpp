@@ -30,7 +30,10 @@ bool writeHiddenList(const QString& dir, const QStringList& names)
     return f.commit();
 }
 
-bool hasWildcard(const QString& name) { return name.contains(u'*') || name.contains(u'?'); }
+bool hasWildcard(const QString& name)
+{
+    return name.contains(u'*') || name.contains(u'?');
+}
 
 // The paths a source stands for: itself, or the entries of its folder that match its last part.
 QStringList expandSource(const QString& source)
@@ -41,8 +44,8 @@ QStringList expandSource(const QString& source)
     const QString dir = ParentPath(source).isEmpty() ? QStringLiteral("/") : ParentPath(source);
     const Wildcard pattern(name);
     QStringList out;
-    const auto entries = QDir(dir).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
-                                             QDir::Name | QDir::IgnoreCase);
+    const auto entries = QDir(dir).entryList(
+        QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name | QDir::IgnoreCase);
     for (const QString& entry : entries)
         if (entry != kHiddenList && pattern.matches(entry))
             out << LinkFileByPath(dir, entry);
@@ -67,7 +70,8 @@ bool copyTree(const QString& from, const QString& to)
     if (!QDir().mkpath(to))
         return false;
     bool ok = true;
-    const auto entries = QDir(from).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+    const auto entries =
+        QDir(from).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
     for (const QString& entry : entries)
         ok = copyTree(from + u'/' + entry, to + u'/' + entry) && ok;
     return ok;
@@ -148,29 +152,29 @@ bool FileOperation(int op, const QString& source, const QString& target)
         return false;
 
     switch (op) {
-    case FO_DELETE: {
-        bool ok = true;
-        for (const QString& s : sources)
-            ok = removeTree(s) && ok;
-        return ok;
-    }
-    case FO_RENAME: {
-        if (sources.size() != 1 || to.isEmpty())
+        case FO_DELETE: {
+            bool ok = true;
+            for (const QString& s : sources)
+                ok = removeTree(s) && ok;
+            return ok;
+        }
+        case FO_RENAME: {
+            if (sources.size() != 1 || to.isEmpty())
+                return false;
+            const QString dest = to.contains(u'/') ? to : LinkFileByPath(ParentPath(sources.first()), to);
+            if (!FileKind(dest).isEmpty())
+                return false;
+            return moveTree(sources.first(), dest);
+        }
+        case FO_COPY:
+        case FO_MOVE: {
+            if (to.isEmpty())
+                return false;
+            const bool intoFolder = hasWildcard(FileNameOf(from)) || FileKind(to) == QLatin1String("p");
+            return copyOrMove(op, sources, to, intoFolder);
+        }
+        default:
             return false;
-        const QString dest = to.contains(u'/') ? to : LinkFileByPath(ParentPath(sources.first()), to);
-        if (!FileKind(dest).isEmpty())
-            return false;
-        return moveTree(sources.first(), dest);
-    }
-    case FO_COPY:
-    case FO_MOVE: {
-        if (to.isEmpty())
-            return false;
-        const bool intoFolder = hasWildcard(FileNameOf(from)) || FileKind(to) == QLatin1String("p");
-        return copyOrMove(op, sources, to, intoFolder);
-    }
-    default:
-        return false;
     }
 }
 

@@ -12,9 +12,15 @@
 namespace td {
 namespace {
 
-bool isSeparator(QChar c) { return c == u'/' || c == u'\\'; }
+bool isSeparator(QChar c)
+{
+    return c == u'/' || c == u'\\';
+}
 
-QString withSlashes(QString path) { return path.replace(u'\\', u'/'); }
+QString withSlashes(QString path)
+{
+    return path.replace(u'\\', u'/');
+}
 
 }  // namespace
 

@@ -87,7 +87,8 @@ QString RegRead(long root, const QString& subkey, const QString& valueName, cons
 {
     // The desktop keeps the general font where the old system kept the text editor's font.
     const bool currentUser = root == 0;
-    if (currentUser && subkey.compare(QLatin1String("Software\\Microsoft\\Notepad"), Qt::CaseInsensitive) == 0 &&
+    if (currentUser &&
+        subkey.compare(QLatin1String("Software\\Microsoft\\Notepad"), Qt::CaseInsensitive) == 0 &&
         valueName.compare(QLatin1String("lfFaceName"), Qt::CaseInsensitive) == 0) {
         const QString name = Platform().desktopFontName();
         return name.isEmpty() ? def : name;

@@ -5,7 +5,10 @@
 namespace td {
 namespace {
 
-bool isHeader(const QString& trimmed) { return trimmed.startsWith(u'[') && trimmed.contains(u']'); }
+bool isHeader(const QString& trimmed)
+{
+    return trimmed.startsWith(u'[') && trimmed.contains(u']');
+}
 
 QString headerName(const QString& trimmed)
 {

@@ -8,8 +8,8 @@ namespace td {
 // An INI file held as its lines, so a write changes one line and keeps everything else as it was.
 class IniDocument {
 public:
-    static IniDocument load(const QString& file);   // a missing or unreadable file loads empty
-    bool save(const QString& file) const;           // atomic: temporary file and rename
+    static IniDocument load(const QString& file);  // a missing or unreadable file loads empty
+    bool save(const QString& file) const;          // atomic: temporary file and rename
 
     // The raw value of the first matching key, without truncation; nullopt when section or key is missing.
     std::optional<QString> value(const QString& section, const QString& key) const;

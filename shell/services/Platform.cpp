@@ -14,16 +14,17 @@ namespace {
 // File systems that hold no user files and so stand for no drive.
 bool isPseudoFileSystem(const QByteArray& type)
 {
-    static const QList<QByteArray> pseudo = {"proc",   "sysfs",  "devtmpfs", "devpts", "cgroup", "cgroup2",
-                                             "mqueue", "tmpfs",  "securityfs", "pstore", "bpf",  "tracefs",
-                                             "debugfs", "hugetlbfs", "configfs", "fusectl", "autofs", "overlay",
-                                             "binfmt_misc", "nsfs", "ramfs", "rpc_pipefs"};
+    static const QList<QByteArray> pseudo = {
+        "proc",       "sysfs",   "devtmpfs",    "devpts",  "cgroup",  "cgroup2",   "mqueue",   "tmpfs",
+        "securityfs", "pstore",  "bpf",         "tracefs", "debugfs", "hugetlbfs", "configfs", "fusectl",
+        "autofs",     "overlay", "binfmt_misc", "nsfs",    "ramfs",   "rpc_pipefs"};
     return pseudo.contains(type);
 }
 
 QString kdeFont()
 {
-    const QString file = QStandardPaths::locate(QStandardPaths::GenericConfigLocation, QStringLiteral("kdeglobals"));
+    const QString file =
+        QStandardPaths::locate(QStandardPaths::GenericConfigLocation, QStringLiteral("kdeglobals"));
     if (file.isEmpty())
         return {};
     QSettings kde(file, QSettings::IniFormat);
@@ -37,7 +38,8 @@ QString gnomeFont()
     if (gsettings.isEmpty())
         return {};
     QProcess p;
-    p.start(gsettings, {QStringLiteral("get"), QStringLiteral("org.gnome.desktop.interface"), QStringLiteral("font-name")});
+    p.start(gsettings, {QStringLiteral("get"), QStringLiteral("org.gnome.desktop.interface"),
+                        QStringLiteral("font-name")});
     if (!p.waitForFinished(2000) || p.exitCode() != 0)
         return {};
     // 'Cantarell 11': the family is what stands before the size.
@@ -88,8 +90,8 @@ public:
         QStringList out;
         for (const QStorageInfo& s : QStorageInfo::mountedVolumes()) {
             const QByteArray type = s.fileSystemType();
-            if (s.device().startsWith("/dev/sr") || s.device().startsWith("/dev/cdrom") || type == "iso9660" ||
-                type == "udf")
+            if (s.device().startsWith("/dev/sr") || s.device().startsWith("/dev/cdrom") ||
+                type == "iso9660" || type == "udf")
                 out << s.rootPath();
         }
         return out;
@@ -112,6 +114,9 @@ PlatformSeam& Platform()
     return system;
 }
 
-void SetPlatform(PlatformSeam* seam) { installed() = seam; }
+void SetPlatform(PlatformSeam* seam)
+{
+    installed() = seam;
+}
 
 }  // namespace td

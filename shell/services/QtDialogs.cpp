@@ -10,16 +10,16 @@ namespace {
 QMessageBox::StandardButtons standardButtons(MsgButtons b)
 {
     switch (b) {
-    case MsgButtons::OkCancel:
-        return QMessageBox::Ok | QMessageBox::Cancel;
-    case MsgButtons::YesNo:
-        return QMessageBox::Yes | QMessageBox::No;
-    case MsgButtons::YesNoCancel:
-        return QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
-    case MsgButtons::RetryCancel:
-        return QMessageBox::Retry | QMessageBox::Cancel;
-    case MsgButtons::Ok:
-        break;
+        case MsgButtons::OkCancel:
+            return QMessageBox::Ok | QMessageBox::Cancel;
+        case MsgButtons::YesNo:
+            return QMessageBox::Yes | QMessageBox::No;
+        case MsgButtons::YesNoCancel:
+            return QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
+        case MsgButtons::RetryCancel:
+            return QMessageBox::Retry | QMessageBox::Cancel;
+        case MsgButtons::Ok:
+            break;
     }
     return QMessageBox::Ok;
 }
@@ -27,16 +27,16 @@ QMessageBox::StandardButtons standardButtons(MsgButtons b)
 QMessageBox::Icon boxIcon(MsgIcon i)
 {
     switch (i) {
-    case MsgIcon::Information:
-        return QMessageBox::Information;
-    case MsgIcon::Critical:
-        return QMessageBox::Critical;
-    case MsgIcon::Question:
-        return QMessageBox::Question;
-    case MsgIcon::Exclamation:
-        return QMessageBox::Warning;
-    case MsgIcon::None:
-        break;
+        case MsgIcon::Information:
+            return QMessageBox::Information;
+        case MsgIcon::Critical:
+            return QMessageBox::Critical;
+        case MsgIcon::Question:
+            return QMessageBox::Question;
+        case MsgIcon::Exclamation:
+            return QMessageBox::Warning;
+        case MsgIcon::None:
+            break;
     }
     return QMessageBox::NoIcon;
 }
@@ -44,20 +44,23 @@ QMessageBox::Icon boxIcon(MsgIcon i)
 MsgAnswer answerOf(int button)
 {
     switch (button) {
-    case QMessageBox::Yes:
-        return MsgAnswer::Yes;
-    case QMessageBox::No:
-        return MsgAnswer::No;
-    case QMessageBox::Retry:
-        return MsgAnswer::Retry;
-    case QMessageBox::Cancel:
-        return MsgAnswer::Cancel;
-    default:
-        return MsgAnswer::Ok;
+        case QMessageBox::Yes:
+            return MsgAnswer::Yes;
+        case QMessageBox::No:
+            return MsgAnswer::No;
+        case QMessageBox::Retry:
+            return MsgAnswer::Retry;
+        case QMessageBox::Cancel:
+            return MsgAnswer::Cancel;
+        default:
+            return MsgAnswer::Ok;
     }
 }
 
-QString titleOr(const QString& title) { return title.isEmpty() ? AppTitle() : title; }
+QString titleOr(const QString& title)
+{
+    return title.isEmpty() ? AppTitle() : title;
+}
 
 }  // namespace
 
@@ -74,7 +77,8 @@ MsgAnswer QtDialogs::message(const QString& text, MsgButtons buttons, MsgIcon ic
 std::optional<QString> QtDialogs::inputBox(const QString& prompt, const QString& title, const QString& def)
 {
     bool ok = false;
-    const QString text = QInputDialog::getText(DialogOwner(), titleOr(title), prompt, QLineEdit::Normal, def, &ok);
+    const QString text =
+        QInputDialog::getText(DialogOwner(), titleOr(title), prompt, QLineEdit::Normal, def, &ok);
     if (!ok)
         return std::nullopt;
     return text;
@@ -105,13 +109,15 @@ QStringList QtDialogs::openFiles(const OpenFileRequest& request)
     const QString filter = qtFilter(request.filter);
     if (request.multiple)
         return QFileDialog::getOpenFileNames(DialogOwner(), request.title, request.initialDir, filter);
-    const QString one = QFileDialog::getOpenFileName(DialogOwner(), request.title, request.initialDir, filter);
+    const QString one =
+        QFileDialog::getOpenFileName(DialogOwner(), request.title, request.initialDir, filter);
     return one.isEmpty() ? QStringList() : QStringList{one};
 }
 
 QString QtDialogs::saveFile(const OpenFileRequest& request)
 {
-    return QFileDialog::getSaveFileName(DialogOwner(), request.title, request.initialDir, qtFilter(request.filter));
+    return QFileDialog::getSaveFileName(DialogOwner(), request.title, request.initialDir,
+                                        qtFilter(request.filter));
 }
 
 QString QtDialogs::pickFolder(const QString& title, const QString& startDir)

@@ -46,7 +46,10 @@ ShellSeam& Shell()
     return desktop;
 }
 
-void SetShell(ShellSeam* seam) { installed() = seam; }
+void SetShell(ShellSeam* seam)
+{
+    installed() = seam;
+}
 
 void OpenInternetShortcut(const QString& location)
 {

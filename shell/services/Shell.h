@@ -8,9 +8,9 @@ namespace td {
 class ShellSeam {
 public:
     virtual ~ShellSeam() = default;
-    virtual bool open(const QString& path) = 0;            // associated program
-    virtual bool play(const QString& commandFile) = 0;     // application INI PlayerCommand, default xdg-open
-    virtual bool edit(const QString& textFile) = 0;        // application INI EditorCommand, default xdg-open
+    virtual bool open(const QString& path) = 0;         // associated program
+    virtual bool play(const QString& commandFile) = 0;  // application INI PlayerCommand, default xdg-open
+    virtual bool edit(const QString& textFile) = 0;     // application INI EditorCommand, default xdg-open
 };
 
 ShellSeam& Shell();

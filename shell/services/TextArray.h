@@ -8,8 +8,14 @@ namespace td {
 // and the upper bound equals the count. An empty result has upper bound 0.
 using TextArray = QStringList;
 
-inline TextArray NewTextArray() { return TextArray{QString()}; }
-inline int UBound(const TextArray& a) { return a.isEmpty() ? 0 : int(a.size()) - 1; }
+inline TextArray NewTextArray()
+{
+    return TextArray{QString()};
+}
+inline int UBound(const TextArray& a)
+{
+    return a.isEmpty() ? 0 : int(a.size()) - 1;
+}
 inline void AppendItem(TextArray& a, const QString& item)
 {
     if (a.isEmpty())

@@ -8,7 +8,10 @@ namespace {
 
 const QString kCrLf = QStringLiteral("\r\n");
 
-QString header(const QString& section) { return kCrLf + u'[' + section + u']' + kCrLf; }
+QString header(const QString& section)
+{
+    return kCrLf + u'[' + section + u']' + kCrLf;
+}
 
 // The section's body: from its header's own line break up to and including the CR before the next
 // header. A body that is not the last one therefore ends in a lone CR.

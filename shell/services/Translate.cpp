@@ -9,7 +9,7 @@ namespace {
 
 struct InterfaceLanguage {
     QString region;
-    QString resourceText;   // the whole string.txt, searched at each lookup
+    QString resourceText;  // the whole string.txt, searched at each lookup
 };
 
 InterfaceLanguage& language()
@@ -18,7 +18,10 @@ InterfaceLanguage& language()
     return lang;
 }
 
-QString regionIni() { return AppPath() + QStringLiteral("/Region.ini"); }
+QString regionIni()
+{
+    return AppPath() + QStringLiteral("/Region.ini");
+}
 
 }  // namespace
 
@@ -53,9 +56,15 @@ std::function<void(const QString&)>& observer()
 
 }  // namespace
 
-QString TranslationKey(const QString& text) { return splitText(text).rest; }
+QString TranslationKey(const QString& text)
+{
+    return splitText(text).rest;
+}
 
-void SetTranslateObserver(std::function<void(const QString& key)> o) { observer() = std::move(o); }
+void SetTranslateObserver(std::function<void(const QString& key)> o)
+{
+    observer() = std::move(o);
+}
 
 QString TranslateText(const QString& text)
 {
@@ -67,7 +76,8 @@ QString TranslateText(const QString& text)
     const SplitText s = splitText(text);
     if (observer())
         observer()(s.rest);
-    const QString answer = ReadTextValue(language().resourceText, QStringLiteral("Resource"), s.rest, QString());
+    const QString answer =
+        ReadTextValue(language().resourceText, QStringLiteral("Resource"), s.rest, QString());
     if (answer.isEmpty())
         return s.rest;
     return answer + (s.hadDots ? QStringLiteral(" ...") : QString()) + s.accelerator;
@@ -101,8 +111,14 @@ QString GetRegionFile(const QString& name)
     return FileKind(path) == QLatin1String("f") ? path : QString();
 }
 
-QString InterfaceRegion() { return language().region; }
+QString InterfaceRegion()
+{
+    return language().region;
+}
 
-void ResetInterfaceRegion() { language() = {}; }
+void ResetInterfaceRegion()
+{
+    language() = {};
+}
 
 }  // namespace td

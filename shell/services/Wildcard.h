@@ -14,7 +14,7 @@ public:
 
 private:
     static bool matchOne(const QString& pattern, const QString& name);
-    QStringList patterns_;   // case-folded
+    QStringList patterns_;  // case-folded
     bool all_ = false;
 };
 

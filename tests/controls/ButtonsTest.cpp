@@ -53,11 +53,11 @@ TEST_F(Buttons, TallBarStacksButtonsAtHeightPlusThirtyTwips)
     const int h = bar->cmdButton(0)->height();
     for (int i = 1; i <= 3; ++i) {
         const QRect g = bar->cmdButton(i)->geometry();
-        EXPECT_EQ(g.top(), (i - 1) * (h + 2)) << i;   // 30 twips are 2 pixels at 96 dpi
+        EXPECT_EQ(g.top(), (i - 1) * (h + 2)) << i;  // 30 twips are 2 pixels at 96 dpi
         EXPECT_EQ(g.width(), 120);
         EXPECT_EQ(g.height(), h);
     }
-    bar->resize(120, h + 10);   // a short bar closes them up
+    bar->resize(120, h + 10);  // a short bar closes them up
     EXPECT_EQ(bar->cmdButton(3)->y(), 10);
 }
 
@@ -86,7 +86,7 @@ TEST_F(Buttons, EmptyCaptionKeepsItsPlaceUntilSetButtonEmptiesIt)
     EXPECT_EQ(bar->cmdButton(3)->y(), 2 * (h + 2));
 
     bar->SetButton(2, QStringLiteral("caption"), QString());
-    EXPECT_EQ(bar->cmdButton(3)->y(), 2 * (h + 2));   // no layout until the next resize
+    EXPECT_EQ(bar->cmdButton(3)->y(), 2 * (h + 2));  // no layout until the next resize
     bar->resize(121, 600);
     EXPECT_EQ(bar->cmdButton(3)->y(), h + 2);
 }
@@ -99,9 +99,12 @@ TEST_F(Buttons, KeysAreExactAndTrueIsNotANumber)
         const char* key;
         const char* value;
     } reads[] = {
-        {1, "class", "save"},        {1, "Class", ""},
-        {2, "tooltiptext", "Add a song"}, {2, "enabled", "True"},
-        {2, "backcolor", "-2147483633"}, {2, "nosuch", ""},
+        {1, "class", "save"},
+        {1, "Class", ""},
+        {2, "tooltiptext", "Add a song"},
+        {2, "enabled", "True"},
+        {2, "backcolor", "-2147483633"},
+        {2, "nosuch", ""},
     };
     for (const auto& r : reads)
         EXPECT_EQ(bar->GetButton(r.index, QLatin1String(r.key)), QLatin1String(r.value)) << r.key;
@@ -111,12 +114,12 @@ TEST_F(Buttons, KeysAreExactAndTrueIsNotANumber)
     EXPECT_EQ(bar->GetButton(1, QStringLiteral("enabled")), QStringLiteral("False"));
     bar->SetButton(1, QStringLiteral("enabled"), QStringLiteral("1"));
     EXPECT_TRUE(bar->cmdButton(1)->isEnabled());
-    bar->SetButton(1, QStringLiteral("Enabled"), QStringLiteral("0"));   // unknown key: nothing
+    bar->SetButton(1, QStringLiteral("Enabled"), QStringLiteral("0"));  // unknown key: nothing
     EXPECT_TRUE(bar->cmdButton(1)->isEnabled());
     bar->SetButton(1, QStringLiteral("class"), QStringLiteral("print"));
-    EXPECT_EQ(bar->cmdButton(1)->property("Tag").toString(), QStringLiteral("save"));   // the Tag stays
+    EXPECT_EQ(bar->cmdButton(1)->property("Tag").toString(), QStringLiteral("save"));  // the Tag stays
 
-    EXPECT_EQ(bar->GetButtonIndex(QStringLiteral("save")), 3);   // button 1 is "print" now
+    EXPECT_EQ(bar->GetButtonIndex(QStringLiteral("save")), 3);  // button 1 is "print" now
     EXPECT_EQ(bar->GetButtonIndex(QStringLiteral("Add")), 0);
     EXPECT_THROW(bar->GetButton(4, QStringLiteral("class")), AppError);
 }

@@ -18,10 +18,12 @@ const char* kFormat =
     "[Fields]\nCount=5\nCaptionWidth=1500\n"
     "[Field1]\nLinkCol=Col_title\n"
     "[Col_title]\nCaption=Title\n"
-    "[Field2]\nCaption=Singer\nField=singer\nClass=combo\nClassEx=select distinct singer from song order by singer\n"
+    "[Field2]\nCaption=Singer\nField=singer\nClass=combo\nClassEx=select distinct singer from song order by "
+    "singer\n"
     "[Field3]\nCaption=Chars\nField=chars\nClass=text\n"
     "[Field4]\nCaption=Kind\nField=remark\nClass=label\nClassEx=Fixed\n"
-    "[Field5]\nCaption=Grade\nField=chars\nClass=list\nClassEx=select distinct chars from song order by chars\n";
+    "[Field5]\nCaption=Grade\nField=chars\nClass=list\nClassEx=select distinct chars from song order by "
+    "chars\n";
 
 class DataFields : public ::testing::Test {
 protected:
@@ -43,15 +45,17 @@ protected:
                              events << QStringLiteral("before %1 %2>%3").arg(i).arg(old, now);
                              cancel = refuse;
                          });
-        QObject::connect(fields.get(), &ctlDataFields::AfterValueChanged, [this](int i, const QString& old, const QString& now) {
-            events << QStringLiteral("after %1 %2>%3").arg(i).arg(old, now);
-        });
+        QObject::connect(fields.get(), &ctlDataFields::AfterValueChanged,
+                         [this](int i, const QString& old, const QString& now) {
+                             events << QStringLiteral("after %1 %2>%3").arg(i).arg(old, now);
+                         });
     }
 
     QString stored(int id, const char* field)
     {
         auto check = db->open(QStringLiteral("select * from song where id=%1").arg(id));
-        return check->RecordCount() ? check->Fields(QString::fromLatin1(field)).Text() : QStringLiteral("<gone>");
+        return check->RecordCount() ? check->Fields(QString::fromLatin1(field)).Text()
+                                    : QStringLiteral("<gone>");
     }
 
     std::unique_ptr<test::SongFixture> db;
@@ -65,14 +69,14 @@ TEST_F(DataFields, SeveralRecordsShowTheFirstAndMarkDifferencesGrey)
 {
     make(10);
     ASSERT_TRUE(fields->LoadFieldDatas({QVariant(), qint64(1), qint64(8)}));
-    EXPECT_EQ(fields->txtValue(1)->text(), QStringLiteral("Song 1"));    // title differs
+    EXPECT_EQ(fields->txtValue(1)->text(), QStringLiteral("Song 1"));  // title differs
     EXPECT_EQ(fields->ValueForeColor(1), kSysGrayText);
     EXPECT_EQ(fields->GetField(1, QStringLiteral("value")).toString(), QStringLiteral("Song 8"));
-    EXPECT_EQ(fields->ValueForeColor(2), kSysWindowText);                 // both "Singer 1"
+    EXPECT_EQ(fields->ValueForeColor(2), kSysWindowText);  // both "Singer 1"
     EXPECT_EQ(fields->cboValue(2)->currentText(), QStringLiteral("Singer 1"));
-    EXPECT_EQ(fields->txtValue(4)->text(), QStringLiteral("Fixed"));      // a label row shows its text
+    EXPECT_EQ(fields->txtValue(4)->text(), QStringLiteral("Fixed"));  // a label row shows its text
     EXPECT_FALSE(fields->GetField(2, QStringLiteral("changed")).toBool());
-    EXPECT_TRUE(events.isEmpty());   // loading is no edit
+    EXPECT_TRUE(events.isEmpty());  // loading is no edit
 
     fields->cboValue(2)->lineEdit()->selectAll();
     QTest::keyClicks(fields->cboValue(2)->lineEdit(), QStringLiteral("Duo"));
@@ -84,7 +88,7 @@ TEST_F(DataFields, SeveralRecordsShowTheFirstAndMarkDifferencesGrey)
     ASSERT_TRUE(fields->SaveData(qint64(8)));
     EXPECT_EQ(stored(1, "singer"), QStringLiteral("Duo"));
     EXPECT_EQ(stored(8, "singer"), QStringLiteral("Duo"));
-    EXPECT_EQ(stored(1, "title"), QStringLiteral("Song 1"));   // unchanged fields keep their own values
+    EXPECT_EQ(stored(1, "title"), QStringLiteral("Song 1"));  // unchanged fields keep their own values
     EXPECT_EQ(stored(8, "title"), QStringLiteral("Song 8"));
     EXPECT_EQ(stored(8, "remark"), QString());
 }
@@ -104,10 +108,11 @@ TEST_F(DataFields, CancelRestoresTheTextAndLeavesTheFieldUnchanged)
 TEST_F(DataFields, AddWritesEveryRowWithTypeConversion)
 {
     test::ScriptedDialogs dialogs;
-    make(2, "[Fields]\nCount=3\n"
-            "[Field1]\nField=title\nClass=label\nClassEx=Fixed title\n"
-            "[Field2]\nField=chars\nClass=text\n"
-            "[Field3]\nField=flag\nClass=text\n");
+    make(2,
+         "[Fields]\nCount=3\n"
+         "[Field1]\nField=title\nClass=label\nClassEx=Fixed title\n"
+         "[Field2]\nField=chars\nClass=text\n"
+         "[Field3]\nField=flag\nClass=text\n");
     const struct {
         const char* chars;
         const char* flag;
@@ -118,7 +123,7 @@ TEST_F(DataFields, AddWritesEveryRowWithTypeConversion)
         {"", "0", "0", true},
         {"3", "maybe", nullptr, false},
     };
-    fields->LoadFieldDatas({QVariant(), qint64(1)});   // a label row's value is its text from the load on
+    fields->LoadFieldDatas({QVariant(), qint64(1)});  // a label row's value is its text from the load on
     for (const auto& c : cases) {
         fields->SetField(2, QStringLiteral("value"), QString::fromLatin1(c.chars));
         fields->SetField(3, QStringLiteral("value"), QString::fromLatin1(c.flag));
@@ -131,7 +136,7 @@ TEST_F(DataFields, AddWritesEveryRowWithTypeConversion)
     }
     ASSERT_EQ(dialogs.messages().size(), 1);
     EXPECT_EQ(dialogs.messages()[0], QStringLiteral("CtlDataFields - add data failed!  Err=Type mismatch"));
-    EXPECT_EQ(rs->editMode(), Recordset::EditMode::None);   // the pending edit was withdrawn
+    EXPECT_EQ(rs->editMode(), Recordset::EditMode::None);  // the pending edit was withdrawn
     EXPECT_EQ(fields->GetField(3, QStringLiteral("value")).toString(), QStringLiteral("maybe"));
 }
 
@@ -165,7 +170,7 @@ TEST_F(DataFields, ListRowsOnlyPickAndListsAreReadEachTimeTheyOpen)
 
     emit grade->DropDown();
     ASSERT_EQ(grade->count(), 10);
-    EXPECT_EQ(grade->currentText(), QStringLiteral("3"));   // the text survives the refill
+    EXPECT_EQ(grade->currentText(), QStringLiteral("3"));  // the text survives the refill
     EXPECT_TRUE(events.isEmpty());
     grade->setCurrentIndex(7);
     emit grade->activated(7);
@@ -183,10 +188,12 @@ TEST_F(DataFields, LayoutFollowsTheCaptionColumn)
 {
     make(1);
     const int left = fields->lblCaption(0)->x();
-    EXPECT_EQ(fields->txtValue(1)->x(), left + 100);   // 1500 twips at 96 dpi
+    EXPECT_EQ(fields->txtValue(1)->x(), left + 100);  // 1500 twips at 96 dpi
     EXPECT_LT(fields->txtValue(1)->y(), fields->txtValue(2)->y());
 
-    fields->setIniFile(db->format(QStringLiteral("Bare.ini"), "[Fields]\nCount=1\nCaptionVisible=0\n[Field1]\nField=title\nClass=text\n"));
+    fields->setIniFile(
+        db->format(QStringLiteral("Bare.ini"),
+                   "[Fields]\nCount=1\nCaptionVisible=0\n[Field1]\nField=title\nClass=text\n"));
     fields->LoadFieldFormat();
     EXPECT_EQ(fields->GetFieldCount(), 1);
     EXPECT_EQ(fields->txtValue(1)->x(), left);
@@ -196,7 +203,8 @@ TEST_F(DataFields, LayoutFollowsTheCaptionColumn)
 TEST_F(DataFields, AWideValueShowsAsTip)
 {
     make(1);
-    db->otherConsole(QStringLiteral("update song set title='A title far too long to fit into a box this narrow' where id=1"));
+    db->otherConsole(QStringLiteral(
+        "update song set title='A title far too long to fit into a box this narrow' where id=1"));
     rs->Requery();
     fields->resize(220, 400);
     fields->LoadFieldDatas({QVariant(), qint64(1)});

@@ -3,6 +3,7 @@
 #include "SongFixture.h"
 #include "controls/StatusStrip.h"
 #include "controls/ctlDataView.h"
+#include "shell/services/Ini.h"
 #include "support/QtApp.h"
 #include "support/ScriptedDialogs.h"
 #include <QAbstractItemModelTester>
@@ -11,7 +12,6 @@
 #include <QPushButton>
 #include <QTimer>
 #include <QTreeView>
-#include "shell/services/Ini.h"
 #include <gtest/gtest.h>
 
 using namespace td;
@@ -51,8 +51,8 @@ protected:
             lastSelection = sel;
             events << QStringLiteral("selected");
         });
-        tester = std::make_unique<QAbstractItemModelTester>(view->model(),
-                                                            QAbstractItemModelTester::FailureReportingMode::Fatal);
+        tester = std::make_unique<QAbstractItemModelTester>(
+            view->model(), QAbstractItemModelTester::FailureReportingMode::Fatal);
     }
 
     QStringList titles() const
@@ -120,22 +120,25 @@ TEST_F(DataView, RefreshFollowsAnotherConsoleAndKeepsSelection)
     make(10);
     view->LoadViewData();
     select({3, 8});
-    db->otherConsole(QStringLiteral("update song set title='Changed' where id=3;"
-                                    "delete from song where id=5;"
-                                    "insert into song (title, singer, chars) values ('New', 'X', 1);"));
+    db->otherConsole(
+        QStringLiteral("update song set title='Changed' where id=3;"
+                       "delete from song where id=5;"
+                       "insert into song (title, singer, chars) values ('New', 'X', 1);"));
     int changedRows = 0;
-    QObject::connect(view->model(), &QAbstractItemModel::dataChanged,
-                     [&](const QModelIndex& a, const QModelIndex& b) { changedRows += b.row() - a.row() + 1; });
+    QObject::connect(
+        view->model(), &QAbstractItemModel::dataChanged,
+        [&](const QModelIndex& a, const QModelIndex& b) { changedRows += b.row() - a.row() + 1; });
     EXPECT_TRUE(view->RefreshViewData());
-    EXPECT_EQ(titles(), (QStringList{QStringLiteral("Song 1"), QStringLiteral("Song 2"), QStringLiteral("Changed"),
-                                     QStringLiteral("Song 4"), QStringLiteral("Song 6"), QStringLiteral("Song 7"),
-                                     QStringLiteral("Song 8"), QStringLiteral("Song 9"), QStringLiteral("Song 10"),
-                                     QStringLiteral("New")}));
+    EXPECT_EQ(titles(),
+              (QStringList{QStringLiteral("Song 1"), QStringLiteral("Song 2"), QStringLiteral("Changed"),
+                           QStringLiteral("Song 4"), QStringLiteral("Song 6"), QStringLiteral("Song 7"),
+                           QStringLiteral("Song 8"), QStringLiteral("Song 9"), QStringLiteral("Song 10"),
+                           QStringLiteral("New")}));
     EXPECT_EQ(selection(), (QList<int>{3, 7}));
     EXPECT_EQ(changedRows, 1);
 
     changedRows = 0;
-    EXPECT_TRUE(view->RefreshViewData());   // nothing changed: nothing written
+    EXPECT_TRUE(view->RefreshViewData());  // nothing changed: nothing written
     EXPECT_EQ(changedRows, 0);
     EXPECT_EQ(view->MainItems().Count(), 10);
 }
@@ -144,17 +147,19 @@ TEST_F(DataView, RefreshFollowsAnotherConsoleAndKeepsSelection)
 TEST_F(DataView, CellTextsKeepTheirColumns)
 {
     make(3);
-    db->otherConsole(QStringLiteral("update song set title='a'||char(31)||'b', singer=NULL where id=1;"
-                                    "update song set title='月亮代表我的心', chars=-5000000000 where id=2;"
-                                    "update song set title='', singer='x'||char(31) where id=3;"));
+    db->otherConsole(
+        QStringLiteral("update song set title='a'||char(31)||'b', singer=NULL where id=1;"
+                       "update song set title='月亮代表我的心', chars=-5000000000 where id=2;"
+                       "update song set title='', singer='x'||char(31) where id=3;"));
     rs->Requery();
     view->LoadViewData();
     const struct {
         int row;
         QString title, singer, chars;
-    } expected[] = {{1, QStringLiteral("a b"), QString(), QStringLiteral("1")},
-                    {2, QString::fromUtf8("月亮代表我的心"), QStringLiteral("Singer 2"), QStringLiteral("-5000000000")},
-                    {3, QString(), QStringLiteral("x "), QStringLiteral("3")}};
+    } expected[] = {
+        {1, QStringLiteral("a b"), QString(), QStringLiteral("1")},
+        {2, QString::fromUtf8("月亮代表我的心"), QStringLiteral("Singer 2"), QStringLiteral("-5000000000")},
+        {3, QString(), QStringLiteral("x "), QStringLiteral("3")}};
     ASSERT_EQ(view->MainItems().Count(), 3);
     for (const auto& e : expected) {
         EXPECT_EQ(view->MainItems().Text(e.row), e.title) << e.row;
@@ -186,11 +191,11 @@ TEST_F(DataView, CancelStopsAtAThousandAndTheListCompletesItself)
         view->statusStrip()->cancelButton()->click();
     });
     // The flag is looked at once the move reaches position 1,000, before that record is added.
-    EXPECT_TRUE(view->LoadViewData());   // a cancel is no failure
+    EXPECT_TRUE(view->LoadViewData());  // a cancel is no failure
     EXPECT_EQ(view->MainItems().Count(), 999);
     EXPECT_TRUE(view->statusStrip()->Text().isEmpty());
 
-    emit view->list()->clicked(view->model()->index(500, 0));   // far from the end: nothing
+    emit view->list()->clicked(view->model()->index(500, 0));  // far from the end: nothing
     EXPECT_EQ(view->MainItems().Count(), 999);
     emit view->list()->clicked(view->model()->index(950, 0));
     EXPECT_EQ(view->MainItems().Count(), 1099);
@@ -203,13 +208,13 @@ TEST_F(DataView, EverySortClickAfterTheFirstFlipsTheOrder)
 {
     make(12);
     view->LoadViewData();
-    select({2});   // "Song 2"
+    select({2});  // "Song 2"
     QHeaderView* header = view->list()->header();
     emit header->sectionClicked(0);
     EXPECT_EQ(titles().mid(0, 4), (QStringList{QStringLiteral("Song 1"), QStringLiteral("Song 10"),
                                                QStringLiteral("Song 11"), QStringLiteral("Song 12")}));
     EXPECT_EQ(view->MainItems().Text(selection().value(0)), QStringLiteral("Song 2"));
-    emit header->sectionClicked(2);   // another column, yet descending
+    emit header->sectionClicked(2);  // another column, yet descending
     EXPECT_EQ(view->MainItems().SubItems(1, 2), QStringLiteral("9"));
     EXPECT_EQ(view->MainItems().SubItems(12, 2), QStringLiteral("0"));
     emit header->sectionClicked(2);
@@ -249,13 +254,27 @@ TEST_F(DataView, MovesAndTheirEdgeResults)
         select(c.before);
         int result = -99;
         switch (c.op) {
-        case Op::First: result = view->MoveFirst(); break;
-        case Op::Previous: result = view->MovePrevious(); break;
-        case Op::Next: result = view->MoveNext(); break;
-        case Op::Last: result = view->MoveLast(); break;
-        case Op::To: result = view->MoveTo(c.arg); break;
-        case Op::All: result = view->SelectAll(); break;
-        case Op::Invert: result = view->DeSelect(); break;
+            case Op::First:
+                result = view->MoveFirst();
+                break;
+            case Op::Previous:
+                result = view->MovePrevious();
+                break;
+            case Op::Next:
+                result = view->MoveNext();
+                break;
+            case Op::Last:
+                result = view->MoveLast();
+                break;
+            case Op::To:
+                result = view->MoveTo(c.arg);
+                break;
+            case Op::All:
+                result = view->SelectAll();
+                break;
+            case Op::Invert:
+                result = view->DeSelect();
+                break;
         }
         EXPECT_EQ(result, c.result) << c.name;
         EXPECT_EQ(selection(), c.after) << c.name;
@@ -325,8 +344,10 @@ TEST_F(DataView, PositionsApplyAndTheLayoutIsSavedOnDestruction)
     EXPECT_EQ(header->visualIndex(1), 2);
     const QString file = view->IniFile();
     view.reset();
-    EXPECT_EQ(IniRead(file, QStringLiteral("ColPosition"), QStringLiteral("Col_chars"), {}), QStringLiteral("1"));
-    EXPECT_EQ(IniRead(file, QStringLiteral("ColPosition"), QStringLiteral("Col_title"), {}), QStringLiteral("2"));
+    EXPECT_EQ(IniRead(file, QStringLiteral("ColPosition"), QStringLiteral("Col_chars"), {}),
+              QStringLiteral("1"));
+    EXPECT_EQ(IniRead(file, QStringLiteral("ColPosition"), QStringLiteral("Col_title"), {}),
+              QStringLiteral("2"));
     EXPECT_EQ(IniRead(file, QStringLiteral("Col_chars"), QStringLiteral("Width"), {}), QStringLiteral("600"));
 }
 
@@ -336,7 +357,8 @@ TEST_F(DataView, UnknownFieldIsALoadFailure)
     make(3, "[ColPosition]\nCol_nosuch=0\n");
     EXPECT_FALSE(view->LoadViewData());
     ASSERT_EQ(dialogs.messages().size(), 1);
-    EXPECT_TRUE(dialogs.messages()[0].startsWith(QStringLiteral("Load data failed!  Err=Item cannot be found")));
+    EXPECT_TRUE(
+        dialogs.messages()[0].startsWith(QStringLiteral("Load data failed!  Err=Item cannot be found")));
     EXPECT_EQ(dialogs.calls()[0].icon, MsgIcon::Critical);
 }
 

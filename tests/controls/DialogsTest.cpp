@@ -38,7 +38,7 @@ TEST_F(Dialogs, CounterAndMaximumFollowTheSteps)
         const char* text;
     } cases[] = {
         {10, 0, 0, "Job 1 of 10 done!"},
-        {10, 10, 0, "Job 11 of 11 done!"},      // a plain step at the maximum raises it
+        {10, 10, 0, "Job 11 of 11 done!"},  // a plain step at the maximum raises it
         {100, 0, 500, "Job 500 of 500 done!"},
         {2000000, 0, 1500000, "Job 1500000 of 2000000 done!"},
     };
@@ -79,10 +79,10 @@ TEST_F(Dialogs, MessageButtonsAreCentredInEqualShares)
     frmMsgbox box;
     box.setNButton(3);
     for (int i = 1; i <= 3; ++i) {
-        box.Buttons(i)->resize(40, box.Buttons(i)->height());   // 600 twips
+        box.Buttons(i)->resize(40, box.Buttons(i)->height());  // 600 twips
         box.Buttons(i)->setText(QStringLiteral("B%1").arg(i));
     }
-    box.resize(200, 150);   // 3,000 twips
+    box.resize(200, 150);  // 3,000 twips
     box.show();
     EXPECT_EQ(box.Buttons(1)->x(), 13);   // 200 twips
     EXPECT_EQ(box.Buttons(2)->x(), 80);   // 1,200 twips

@@ -38,7 +38,7 @@ TEST(ViewFormat, ColumnsFollowColPositionWithDefaults)
     EXPECT_EQ(f.Columns[1].Field, QStringLiteral("singer"));
     EXPECT_EQ(f.Columns[1].Width, 1440);
     EXPECT_EQ(f.Columns[2].Field, QStringLiteral("index"));
-    EXPECT_EQ(f.Columns[2].Width, 1440);   // half to even
+    EXPECT_EQ(f.Columns[2].Width, 1440);  // half to even
     for (const ViewColumn& c : f.Columns)
         EXPECT_EQ(c.Position, 0) << c.Key.toStdString();
 }
@@ -64,7 +64,8 @@ TEST(ViewFormat, NumbersRoundHalfToEven)
     const struct {
         const char* text;
         int value;
-    } cases[] = {{"1440", 1440}, {"1440.5", 1440}, {"1441.5", 1442}, {"  12abc", 12}, {"abc", 0}, {"", 0}, {"-3", -3}};
+    } cases[] = {{"1440", 1440}, {"1440.5", 1440}, {"1441.5", 1442}, {"  12abc", 12},
+                 {"abc", 0},     {"", 0},          {"-3", -3}};
     for (const auto& c : cases)
         EXPECT_EQ(FormatInteger(QString::fromLatin1(c.text)), c.value) << c.text;
 }
@@ -79,7 +80,7 @@ TEST(ViewFormat, LayoutIsWrittenBackWithoutTouchingCaptions)
     EXPECT_EQ(IniRead(file, QStringLiteral("Col_b"), QStringLiteral("Width"), {}), QStringLiteral("900"));
     EXPECT_EQ(IniRead(file, QStringLiteral("Col_a"), QStringLiteral("Caption"), {}), QStringLiteral("A"));
 
-    WriteViewLayout(file, {});   // no columns: ColPosition stays
+    WriteViewLayout(file, {});  // no columns: ColPosition stays
     TextArray keys;
     EXPECT_EQ(IniReadSection(file, QStringLiteral("ColPosition"), keys), 2);
 }
@@ -91,7 +92,8 @@ TEST(FieldFormat, LinkColAndDefaults)
                                "[Fields]\nCount=3\nCaptionVisible=0\n"
                                "[Field1]\nLinkCol=Col_name\nCaption=ignored\n"
                                "[Col_name]\n"
-                               "[Field2]\nCaption=Number\nField=index\nClass=text\nClassEx=password\nEnabled=0\nCmd=Pick\nHint=digits\n"
+                               "[Field2]\nCaption=Number\nField=index\nClass=text\nClassEx=password\nEnabled="
+                               "0\nCmd=Pick\nHint=digits\n"
                                "[Field3]\n");
     const FieldFormat f = ReadFieldFormat(file);
     EXPECT_FALSE(f.CaptionVisible);
@@ -126,10 +128,10 @@ TEST(ButtonFormat, FlagsAndColours)
     EXPECT_TRUE(b[0].Enabled);
     EXPECT_FALSE(b[1].Enabled);
     EXPECT_FALSE(b[1].Visible);
-    EXPECT_EQ(b[1].BackColor, kSysButtonFace);   // present but empty
+    EXPECT_EQ(b[1].BackColor, kSysButtonFace);  // present but empty
     EXPECT_EQ(b[2].BackColor, 0xFF00);
-    EXPECT_EQ(b[3].BackColor, kSysButtonFace);   // absent
-    EXPECT_FALSE(b[3].Enabled);                  // "True" reads as 0
+    EXPECT_EQ(b[3].BackColor, kSysButtonFace);  // absent
+    EXPECT_FALSE(b[3].Enabled);                 // "True" reads as 0
     EXPECT_TRUE(ReadButtonFormat(dir.file(QStringLiteral("missing.ini"))).empty());
 }
 

@@ -29,17 +29,19 @@ const char* kFormat =
     "[Field5]\nCaption=Password\nField=remark\nClass=text\nClassEx=password\n"
     "[Field6]\nCaption=Kind\nField=remark\nClass=label\nClassEx=Karaoke\nEnabled=0\n"
     "[Buttons]\nCount=4\n"
-    "[Button1]\nClass=add\nCaption=Add (&A)\n[Button2]\nClass=save\nCaption=Save (&S)\nToolTipText=Save the song\n"
-    "[Button3]\nClass=delete\nCaption=Delete (&D)\nBackColor=&H8080FF\n[Button4]\nClass=play\nCaption=Play (&P)\nEnabled=0\n";
+    "[Button1]\nClass=add\nCaption=Add (&A)\n[Button2]\nClass=save\nCaption=Save (&S)\nToolTipText=Save the "
+    "song\n"
+    "[Button3]\nClass=delete\nCaption=Delete (&D)\nBackColor=&H8080FF\n[Button4]\nClass=play\nCaption=Play "
+    "(&P)\nEnabled=0\n";
 
 TEST(Showcase, OneFormatFileBuildsTheWindow)
 {
     test::EnsureQtApp();
     test::SongFixture db(1000);
-    db.otherConsole(QStringLiteral(
-        "update song set title='月亮代表我的心 ' || id, singer='邓丽君' where id % 3 = 0;"
-        "update song set title='光辉岁月 ' || id, singer='Beyond 乐队' where id % 3 = 1;"
-        "update song set remark='secret';"));
+    db.otherConsole(
+        QStringLiteral("update song set title='月亮代表我的心 ' || id, singer='邓丽君' where id % 3 = 0;"
+                       "update song set title='光辉岁月 ' || id, singer='Beyond 乐队' where id % 3 = 1;"
+                       "update song set remark='secret';"));
     auto rs = db.open();
     const QString format = db.format(QStringLiteral("ListShowcase.ini"), kFormat);
 
@@ -55,7 +57,8 @@ TEST(Showcase, OneFormatFileBuildsTheWindow)
     layout->addWidget(view, 3);
     layout->addWidget(fields, 2);
     layout->addWidget(buttons);
-    for (auto* c : {static_cast<QWidget*>(view), static_cast<QWidget*>(fields), static_cast<QWidget*>(buttons)})
+    for (auto* c :
+         {static_cast<QWidget*>(view), static_cast<QWidget*>(fields), static_cast<QWidget*>(buttons)})
         c->setFont(QFont(QStringLiteral("WenQuanYi Micro Hei"), 9));
     view->setIniFile(format);
     fields->setIniFile(format);
@@ -88,7 +91,7 @@ TEST(Showcase, OneFormatFileBuildsTheWindow)
         QCoreApplication::processEvents();
         window.grab().save(shot);
     }
-    view->setIniFile(QString());   // keep the test's format file as written
+    view->setIniFile(QString());  // keep the test's format file as written
 }
 
 }  // namespace

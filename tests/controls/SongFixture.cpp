@@ -25,7 +25,9 @@ SongFixture::SongFixture(int rows) : file_(dir_.file(QStringLiteral("song.db")))
         "create table song (id integer primary key autoincrement, title text, singer text, chars integer, "
         "grade smallint, flag boolean, remark text);begin;");
     for (int i = 1; i <= rows; ++i)
-        sql += QStringLiteral("insert into song (title, singer, chars, grade, flag) values ('Song %1', 'Singer %2', %3, 0, 0);")
+        sql += QStringLiteral(
+                   "insert into song (title, singer, chars, grade, flag) values ('Song %1', 'Singer %2', %3, "
+                   "0, 0);")
                    .arg(i)
                    .arg(i % 7)
                    .arg(i % 10);
@@ -34,12 +36,24 @@ SongFixture::SongFixture(int rows) : file_(dir_.file(QStringLiteral("song.db")))
     connection_ = OpenConnection(file_);
 }
 
-SongFixture::~SongFixture() { connection_->close(); }
+SongFixture::~SongFixture()
+{
+    connection_->close();
+}
 
-std::unique_ptr<Recordset> SongFixture::open(const QString& sql) { return connection_->openRecordset(sql); }
+std::unique_ptr<Recordset> SongFixture::open(const QString& sql)
+{
+    return connection_->openRecordset(sql);
+}
 
-void SongFixture::otherConsole(const QString& sql) { Exec(file_, sql); }
+void SongFixture::otherConsole(const QString& sql)
+{
+    Exec(file_, sql);
+}
 
-QString SongFixture::format(const QString& name, const QByteArray& text) const { return dir_.write(name, text); }
+QString SongFixture::format(const QString& name, const QByteArray& text) const
+{
+    return dir_.write(name, text);
+}
 
 }  // namespace td::test

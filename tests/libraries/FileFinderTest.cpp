@@ -1,17 +1,17 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <sys/stat.h>
-#include <unistd.h>
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QTemporaryDir>
-#include <functional>
 #include "libraries/FileFinder.h"
 #include "shell/services/FilePaths.h"
 #include "shell/services/Platform.h"
 #include "support/ScriptedDialogs.h"
 #include "support/TempAppDir.h"
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+#include <functional>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 using td::TextArray;
 using testing::ElementsAre;

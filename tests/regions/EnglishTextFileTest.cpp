@@ -15,8 +15,8 @@
 #include <QFile>
 #include <QRegularExpression>
 #include <QSet>
-#include <gtest/gtest.h>
 #include <functional>
+#include <gtest/gtest.h>
 
 using namespace td;
 
@@ -27,11 +27,11 @@ const QString kSourceDir = QStringLiteral(TUNEDESK_SOURCE_DIR);
 // Texts the code hands to TranslateText as literals.
 QSet<QString> literalKeys()
 {
-    static const QRegularExpression call(
-        QStringLiteral(R"re(TranslateText\(\s*(?:QStringLiteral|QString::fromUtf8|QString::fromLatin1)\(\s*"((?:[^"\\]|\\.)*)"\s*\))re"));
+    static const QRegularExpression call(QStringLiteral(
+        R"re(TranslateText\(\s*(?:QStringLiteral|QString::fromUtf8|QString::fromLatin1)\(\s*"((?:[^"\\]|\\.)*)"\s*\))re"));
     QSet<QString> keys;
-    for (const char* dir : {"shell", "songdb", "controls", "songbook", "singers", "libraries", "exchange", "checks",
-                            "config", "regions"}) {
+    for (const char* dir : {"shell", "songdb", "controls", "songbook", "singers", "libraries", "exchange",
+                            "checks", "config", "regions"}) {
         QDirIterator it(kSourceDir + u'/' + QString::fromLatin1(dir), {QStringLiteral("*.cpp")}, QDir::Files,
                         QDirIterator::Subdirectories);
         while (it.hasNext()) {
@@ -69,7 +69,8 @@ TEST(EnglishTextFile, HoldsEveryTextOfTheConsole)
     test::EnsureQtApp();
     test::TempAppDir dir;
     test::ScriptedDialogs dialogs;
-    for (const QString& name : QDir(kSourceDir + QStringLiteral("/data")).entryList({QStringLiteral("*.ini")}))
+    for (const QString& name :
+         QDir(kSourceDir + QStringLiteral("/data")).entryList({QStringLiteral("*.ini")}))
         QFile::copy(kSourceDir + QStringLiteral("/data/") + name, dir.file(name));
     QString songs = dir.file(QStringLiteral("song.db"));
     CreateSongDatabase(songs, QStringLiteral("Chinese"));
@@ -87,7 +88,8 @@ TEST(EnglishTextFile, HoldsEveryTextOfTheConsole)
     QStringList missing;
     for (const QString& key : wanted)
         if (!key.contains(u'\r') && !key.contains(u'\n') &&
-            ReadTextValue(text, QStringLiteral("Resource"), key, QStringLiteral("\x01")) == QStringLiteral("\x01"))
+            ReadTextValue(text, QStringLiteral("Resource"), key, QStringLiteral("\x01")) ==
+                QStringLiteral("\x01"))
             missing << key;
     missing.sort(Qt::CaseInsensitive);
     if (!missing.isEmpty()) {
@@ -95,11 +97,12 @@ TEST(EnglishTextFile, HoldsEveryTextOfTheConsole)
         QString proposed = text.isEmpty() ? QStringLiteral("\r\n[Resource]\r\n") : text;
         for (const QString& key : missing)
             WriteTextValue(proposed, QStringLiteral("Resource"), key, key);
-        WriteTextStore(QStringLiteral(TUNEDESK_BINARY_DIR) + QStringLiteral("/string.txt.proposed"), proposed);
+        WriteTextStore(QStringLiteral(TUNEDESK_BINARY_DIR) + QStringLiteral("/string.txt.proposed"),
+                       proposed);
     }
     SongCloseDatabase();
-    EXPECT_TRUE(missing.isEmpty()) << missing.size() << " texts lack a line in " << file.toStdString() << ":\n  "
-                                   << missing.join(QStringLiteral("\n  ")).toStdString();
+    EXPECT_TRUE(missing.isEmpty()) << missing.size() << " texts lack a line in " << file.toStdString()
+                                   << ":\n  " << missing.join(QStringLiteral("\n  ")).toStdString();
 }
 
 }  // namespace

@@ -126,7 +126,7 @@ TEST_F(WindowText, ExportKeepsDesignedTextsByNameAndIndex)
         {"ControlToolTip", "mnuRefresh", "<none>"},
         {"ControlCaption", "tbrMain(1)", "Play"},
         {"ControlToolTip", "tbrMain(1)", "Play the song"},
-        {"ControlCaption", "cmdMove(0)", "<none>"},   // parts of the data view are its own
+        {"ControlCaption", "cmdMove(0)", "<none>"},  // parts of the data view are its own
     };
     for (const auto& c : cases)
         EXPECT_EQ(tmp(c.section, c.key), QString::fromUtf8(c.value)) << c.key;
@@ -145,18 +145,20 @@ TEST_F(WindowText, LanguageSwitchOfAnOpenWindow)
     EXPECT_EQ(w.window.windowTitle(), QStringLiteral("歌曲列表 - Tunedesk"));
     EXPECT_EQ(w.cmdSave->text(), QStringLiteral("保存 (&S)"));
     EXPECT_EQ(w.cmdSave->toolTip(), QStringLiteral("保存歌曲"));
-    EXPECT_EQ(w.lblName->text(), QStringLiteral("名称"));   // back to the designed text, translated
+    EXPECT_EQ(w.lblName->text(), QStringLiteral("名称"));  // back to the designed text, translated
     EXPECT_EQ(w.cmdEmpty->text(), QString());
     EXPECT_EQ(w.fraOptions->title(), QStringLiteral("选项"));
     EXPECT_EQ(w.cmdPick1->text(), QStringLiteral("选择"));
     EXPECT_EQ(w.mnuRefresh->text(), QStringLiteral("刷新 (&R)"));
     EXPECT_EQ(w.tbrMain->actions().value(0)->text(), QStringLiteral("播放"));
     // Texts from the format file were translated at load and stay until the window opens again.
-    EXPECT_EQ(w.view->model()->headerData(0, Qt::Horizontal, Qt::DisplayRole).toString(), QStringLiteral("Title"));
+    EXPECT_EQ(w.view->model()->headerData(0, Qt::Horizontal, Qt::DisplayRole).toString(),
+              QStringLiteral("Title"));
     EXPECT_EQ(w.buttons->cmdButton(1)->text(), QStringLiteral("Save"));
 
     TestWindow reopened(format);
-    EXPECT_EQ(reopened.view->model()->headerData(0, Qt::Horizontal, Qt::DisplayRole).toString(), QStringLiteral("标题"));
+    EXPECT_EQ(reopened.view->model()->headerData(0, Qt::Horizontal, Qt::DisplayRole).toString(),
+              QStringLiteral("标题"));
 }
 
 TEST_F(WindowText, UnknownRegionChangesNothing)
@@ -164,7 +166,8 @@ TEST_F(WindowText, UnknownRegionChangesNothing)
     TestWindow w(format);
     EXPECT_EQ(SetRegionAndApply(QStringLiteral("Nowhere")), QString());
     EXPECT_EQ(w.cmdSave->text(), QStringLiteral("Save"));
-    IniWrite(dir.file(QStringLiteral("Region.ini")), QStringLiteral("Home"), QStringLiteral("Default"), QStringLiteral("Chinese"));
+    IniWrite(dir.file(QStringLiteral("Region.ini")), QStringLiteral("Home"), QStringLiteral("Default"),
+             QStringLiteral("Chinese"));
     EXPECT_EQ(GetRegionFolder(), dir.path() + QStringLiteral("/Region/Chinese"));
 }
 
@@ -175,7 +178,7 @@ TEST_F(WindowText, DataBoundControlsTakeTheWholeInterfaceFont)
     EXPECT_EQ(f.pointSize(), 9);
     EXPECT_EQ(f.family(), GetInterfaceFont().Name);
     EXPECT_EQ(w.cmdSave->font().family(), GetInterfaceFont().Name);
-    EXPECT_NE(w.cmdSave->font().pointSize(), 0);   // other controls keep their own size
+    EXPECT_NE(w.cmdSave->font().pointSize(), 0);  // other controls keep their own size
 }
 
 }  // namespace

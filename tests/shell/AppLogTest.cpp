@@ -17,8 +17,14 @@ protected:
     test::ScriptedDialogs dialogs;
     test::FakePlatform platform;
     QString log = dir.file(QStringLiteral("event.log"));
-    QString index() { return IniRead(log, QStringLiteral("Default"), QStringLiteral("Index"), QStringLiteral("?")); }
-    QString entry(const char* key) { return IniRead(log, QStringLiteral("Event"), QString::fromLatin1(key), {}); }
+    QString index()
+    {
+        return IniRead(log, QStringLiteral("Default"), QStringLiteral("Index"), QStringLiteral("?"));
+    }
+    QString entry(const char* key)
+    {
+        return IniRead(log, QStringLiteral("Event"), QString::fromLatin1(key), {});
+    }
     void SetUp() override { SetAppExeName(QStringLiteral("tunedesk")); }
     void TearDown() override { SetAppExeName({}); }
 };
@@ -59,7 +65,9 @@ TEST_F(AppLogTest, DamagedIndexCountsAsZero)
 TEST_F(AppLogTest, SystemInfoWritesItsThreeKeys)
 {
     AppLogSystemInfo();
-    auto sys = [&](const char* key) { return IniRead(log, QStringLiteral("System"), QString::fromLatin1(key), {}); };
+    auto sys = [&](const char* key) {
+        return IniRead(log, QStringLiteral("System"), QString::fromLatin1(key), {});
+    };
     EXPECT_EQ(sys("Windows"), QStringLiteral("Major6 Minor1 Build76 PlatformId2 CSDVersionDebian 12"));
     EXPECT_EQ(sys("AppVersion"), AppVersion());
     EXPECT_EQ(sys("AppPath"), dir.path());
@@ -67,7 +75,8 @@ TEST_F(AppLogTest, SystemInfoWritesItsThreeKeys)
 
 TEST_F(AppLogTest, VersionTextsHaveTheirFixedForm)
 {
-    EXPECT_TRUE(QRegularExpression(QStringLiteral(R"(^\d+\.\d{2} Build \d{4}$)")).match(AppVersion()).hasMatch());
+    EXPECT_TRUE(
+        QRegularExpression(QStringLiteral(R"(^\d+\.\d{2} Build \d{4}$)")).match(AppVersion()).hasMatch());
     platform.version.csdVersion = QStringLiteral("Pack 3") + QChar(0) + QStringLiteral("junk");
     EXPECT_TRUE(WindowsVersionText().endsWith(QStringLiteral("CSDVersionPack 3")));
 }

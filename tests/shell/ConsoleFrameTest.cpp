@@ -13,12 +13,12 @@
 #include <QApplication>
 #include <QLineEdit>
 #include <QMenu>
-#include <QPushButton>
 #include <QPointer>
+#include <QPushButton>
 #include <QTimer>
 #include <QWidget>
-#include <gtest/gtest.h>
 #include <functional>
+#include <gtest/gtest.h>
 
 using namespace td;
 
@@ -66,14 +66,20 @@ auto openWith(const QString& path)
         d.cmdOpen()->click();
     };
 }
-auto cancel() { return [](frmDatabase& d) { d.cmdCancel()->click(); }; }
+auto cancel()
+{
+    return [](frmDatabase& d) { d.cmdCancel()->click(); };
+}
 
 // A working window that records the commands the frame sends it.
 class FakeSongWindow : public QWidget, public CommandTarget {
 public:
     QStringList received;
     void ExecuteCommand(const QString& keyword) override { received << keyword; }
-    void PlaySong(const QString& source, const QString& action) override { received << source + u'/' + action; }
+    void PlaySong(const QString& source, const QString& action) override
+    {
+        received << source + u'/' + action;
+    }
 };
 
 class ConsoleFrameTest : public ::testing::Test {
@@ -104,7 +110,7 @@ protected:
                        QStringLiteral("Local"), QStringLiteral("<none>"));
     }
 
-    bool appReady = (test::EnsureQtApp(), true);   // before any member that needs the application
+    bool appReady = (test::EnsureQtApp(), true);  // before any member that needs the application
     test::TempAppDir dir;
     test::ScriptedDialogs dialogs;
     DatabaseDialogScript script;
@@ -190,13 +196,15 @@ TEST_F(ConsoleFrameTest, SongMenuFollowsTheSongbookWindowAndRoutesCommands)
     EXPECT_FALSE(frame->menu(QStringLiteral("mnuMedia"))->menuAction()->isVisible());
 
     ASSERT_NE(fake, nullptr);
-    for (const char* entry : {"mnuSongSave", "mnuSongNext", "mnuSongRefresh", "mnuSongPlayInsert", "mnuSongPreview"})
+    for (const char* entry :
+         {"mnuSongSave", "mnuSongNext", "mnuSongRefresh", "mnuSongPlayInsert", "mnuSongPreview"})
         frame->menuAction(QString::fromLatin1(entry))->trigger();
     frame->menuAction(QStringLiteral("mnuSongViewProperty"))->setChecked(true);
-    frame->menuAction(QStringLiteral("mnuSongViewProperty"))->trigger();   // unchecks, so it shows
-    EXPECT_EQ(fake->received, (QStringList{QStringLiteral("save"), QStringLiteral("next"), QStringLiteral("refresh"),
-                                           QStringLiteral("songbook/i"), QStringLiteral("songbook/preview"),
-                                           QStringLiteral("showproperty")}));
+    frame->menuAction(QStringLiteral("mnuSongViewProperty"))->trigger();  // unchecks, so it shows
+    EXPECT_EQ(fake->received,
+              (QStringList{QStringLiteral("save"), QStringLiteral("next"), QStringLiteral("refresh"),
+                           QStringLiteral("songbook/i"), QStringLiteral("songbook/preview"),
+                           QStringLiteral("showproperty")}));
 
     fake->close();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);

@@ -32,7 +32,8 @@ TEST(DesktopSeams, InternetShortcutIsWrittenAndItsLocationOpened)
     QDir::setCurrent(dir.path());
     OpenInternetShortcut(QStringLiteral("/opt/tunedesk/userguide_home.htm"));
     QDir::setCurrent(before);
-    EXPECT_EQ(IniRead(dir.file(QStringLiteral("Internet.url")), QStringLiteral("InternetShortcut"), QStringLiteral("URL"), {}),
+    EXPECT_EQ(IniRead(dir.file(QStringLiteral("Internet.url")), QStringLiteral("InternetShortcut"),
+                      QStringLiteral("URL"), {}),
               QStringLiteral("/opt/tunedesk/userguide_home.htm"));
     EXPECT_EQ(shell.opened, QStringList{QStringLiteral("/opt/tunedesk/userguide_home.htm")});
 }
@@ -53,7 +54,8 @@ TEST(DatabaseDialog, ShowsTheStoredPathAndBrowsesForSongDatabases)
     dialog.cmdBrowse()->click();
     ASSERT_EQ(dialogs.calls().size(), 1u);
     EXPECT_EQ(dialogs.calls()[0].text, QStringLiteral("Select database file for song server"));
-    EXPECT_EQ(dialogs.calls()[0].title, QStringLiteral("Song Server (songXXX.db)|song*.db|Other database file (*.*)|*.*"));
+    EXPECT_EQ(dialogs.calls()[0].title,
+              QStringLiteral("Song Server (songXXX.db)|song*.db|Other database file (*.*)|*.*"));
     EXPECT_EQ(dialog.txtLocal()->text(), QStringLiteral("/srv/ktv/song2.db"));
 
     // A cancelled dialog hands over what it held before.
@@ -64,7 +66,8 @@ TEST(DatabaseDialog, ShowsTheStoredPathAndBrowsesForSongDatabases)
     dialog.cmdOpen()->click();
     EXPECT_TRUE(dialog.Ok);
     QString read;
-    EXPECT_EQ(DatabaseHomePath(QStringLiteral("SongServer"), read, false), QStringLiteral("/srv/ktv/song2.db"));
+    EXPECT_EQ(DatabaseHomePath(QStringLiteral("SongServer"), read, false),
+              QStringLiteral("/srv/ktv/song2.db"));
 }
 
 TEST(DatabaseDialog, DefaultServerNameLivesInServerIni)

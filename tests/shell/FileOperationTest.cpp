@@ -8,7 +8,10 @@ using namespace td;
 
 namespace {
 
-QString S(const char* s) { return QString::fromUtf8(s); }
+QString S(const char* s)
+{
+    return QString::fromUtf8(s);
+}
 
 class FileOperationTest : public ::testing::Test {
 protected:
@@ -63,7 +66,7 @@ TEST_F(FileOperationTest, MoveRenameDelete)
 
     ASSERT_TRUE(FileOperation(FO_RENAME, p("moved/a.vob"), S("z.vob")));
     EXPECT_EQ(FileKind(p("moved/z.vob")), S("f"));
-    EXPECT_FALSE(FileOperation(FO_RENAME, p("src/b.DAT"), p("moved/z.vob")));   // target exists
+    EXPECT_FALSE(FileOperation(FO_RENAME, p("src/b.DAT"), p("moved/z.vob")));  // target exists
 
     ASSERT_TRUE(FileOperation(FO_DELETE, p("src/*.*"), QString()));
     EXPECT_TRUE(entries("src").isEmpty());
@@ -95,7 +98,7 @@ TEST_F(FileOperationTest, HiddenMarksTravelWithTheirFiles)
     ASSERT_TRUE(QDir().mkpath(p("moved")));
     ASSERT_TRUE(FileOperation(FO_MOVE, p("lib/a.vob.son"), p("moved")));
     EXPECT_TRUE(IsFileHidden(p("moved/a.vob.son")));
-    EXPECT_FALSE(QFile::exists(p("lib/.hidden")));   // the last mark went, and its list with it
+    EXPECT_FALSE(QFile::exists(p("lib/.hidden")));  // the last mark went, and its list with it
 
     ASSERT_TRUE(SetFileHidden(p("copy/a.vob.son"), false));
     EXPECT_FALSE(IsFileHidden(p("copy/a.vob.son")));

@@ -11,7 +11,10 @@ using namespace td;
 
 namespace {
 
-QString S(const char* s) { return QString::fromUtf8(s); }
+QString S(const char* s)
+{
+    return QString::fromUtf8(s);
+}
 
 TEST(FilePaths, Helpers)
 {
@@ -44,7 +47,7 @@ TEST(FilePaths, LinkFileByPathJoinsWithOneSeparator)
     } cases[] = {
         {"/songs", "\\Pop\\0001.dat", "/songs/Pop/0001.dat"},
         {"/songs/", "/Pop/a.vob", "/songs/Pop/a.vob"},
-        {"/songs//", "a.vob", "/songs//a.vob"},   // one separator goes, not all
+        {"/songs//", "a.vob", "/songs//a.vob"},  // one separator goes, not all
         {"D:\\KTV", "a.vob", "D:/KTV/a.vob"},
     };
     for (const auto& c : cases)
@@ -54,7 +57,8 @@ TEST(FilePaths, LinkFileByPathJoinsWithOneSeparator)
 TEST(FilePaths, SharesMapUnderTheNetworkRoot)
 {
     test::TempAppDir dir;
-    EXPECT_EQ(NativePath(S("\\\\SERVER\\KtvPublic\\database_home.ini")), S("/net/SERVER/KtvPublic/database_home.ini"));
+    EXPECT_EQ(NativePath(S("\\\\SERVER\\KtvPublic\\database_home.ini")),
+              S("/net/SERVER/KtvPublic/database_home.ini"));
     EXPECT_EQ(NativePath(S("//server/KtvPublic/x")), S("/net/server/KtvPublic/x"));
     EXPECT_EQ(NativePath(S("\\Pop\\0001.dat")), S("/Pop/0001.dat"));
     AppIniWrite(S("NetworkRoot"), S("/mnt/ktv/"));
@@ -89,11 +93,21 @@ TEST(Wildcard, MatchesAsTheFileDialogsDo)
         const char *pattern, *name;
         bool match;
     } cases[] = {
-        {"*.*", "README", true},          {"*.VOB", "song.vob", true},   {"*.vob;*.DAT", "AVSEQ01.dat", true},
-        {"*.vob", "song.vob.son", false}, {"*.son", "song.vob.son", true}, {"song?.mpg", "SONG1.MPG", true},
-        {"song?.mpg", "song12.mpg", false}, {"a*b*c", "aXXbYYc", true},  {"*", ".hidden", true},
-        {"", "anything", true},           {"ktv*.mdb", "KTV2004.MDB", true}, {"*.", "noext", true},
-        {"*.", "has.ext", false},         {"abc.*", "abc", true},        {"*.mp3", "mp3", false},
+        {"*.*", "README", true},
+        {"*.VOB", "song.vob", true},
+        {"*.vob;*.DAT", "AVSEQ01.dat", true},
+        {"*.vob", "song.vob.son", false},
+        {"*.son", "song.vob.son", true},
+        {"song?.mpg", "SONG1.MPG", true},
+        {"song?.mpg", "song12.mpg", false},
+        {"a*b*c", "aXXbYYc", true},
+        {"*", ".hidden", true},
+        {"", "anything", true},
+        {"ktv*.mdb", "KTV2004.MDB", true},
+        {"*.", "noext", true},
+        {"*.", "has.ext", false},
+        {"abc.*", "abc", true},
+        {"*.mp3", "mp3", false},
     };
     for (const auto& c : cases)
         EXPECT_EQ(Wildcard(S(c.pattern)).matches(S(c.name)), c.match) << c.pattern << " ~ " << c.name;
@@ -104,8 +118,8 @@ TEST(NumericValue, NumberAtTheStartOrZero)
     struct Case {
         const char* text;
         double value;
-    } cases[] = {{"12abc", 12}, {"  42", 42}, {"-5", -5}, {"3.5x", 3.5}, {"abc", 0}, {"", 0}, {"1e3", 1000},
-                 {"1e", 1},     {"+7", 7},    {".5", 0.5}, {"-", 0}};
+    } cases[] = {{"12abc", 12}, {"  42", 42}, {"-5", -5}, {"3.5x", 3.5}, {"abc", 0}, {"", 0},
+                 {"1e3", 1000}, {"1e", 1},    {"+7", 7},  {".5", 0.5},   {"-", 0}};
     for (const auto& c : cases)
         EXPECT_DOUBLE_EQ(NumericValue(S(c.text)), c.value) << c.text;
     EXPECT_EQ(IntegerValue(S("007")), 7);

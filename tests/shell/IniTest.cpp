@@ -24,24 +24,25 @@ protected:
 
 TEST_F(IniTest, ReadsWithWindowsProfileSemantics)
 {
-    write("; comment\n"
-          "[Default]\n"
-          "  Volume  =  70  \n"
-          "volume=99\n"
-          "Empty=\n"
-          "Quoted=\"  spaced  \"\n"
-          "Chinese=中文歌曲\n"
-          "[ Other ]\n"
-          "Volume=1\n");
+    write(
+        "; comment\n"
+        "[Default]\n"
+        "  Volume  =  70  \n"
+        "volume=99\n"
+        "Empty=\n"
+        "Quoted=\"  spaced  \"\n"
+        "Chinese=中文歌曲\n"
+        "[ Other ]\n"
+        "Volume=1\n");
     struct Case {
         const char *section, *key, *expected;
     } cases[] = {
-        {"Default", "Volume", "70"},     // blanks trimmed, first key wins
-        {"DEFAULT", "VOLUME", "70"},     // names without regard to case
-        {"Default", "Empty", ""},        // a present empty value is empty, not the default
-        {"Default", "Missing", "DEF"},   // missing key
-        {"Nowhere", "Volume", "DEF"},    // missing section
-        {"other", "volume", "1"},        // blanks inside the brackets
+        {"Default", "Volume", "70"},    // blanks trimmed, first key wins
+        {"DEFAULT", "VOLUME", "70"},    // names without regard to case
+        {"Default", "Empty", ""},       // a present empty value is empty, not the default
+        {"Default", "Missing", "DEF"},  // missing key
+        {"Nowhere", "Volume", "DEF"},   // missing section
+        {"other", "volume", "1"},       // blanks inside the brackets
         {"Default", "Quoted", "  spaced  "},
         {"Default", "Chinese", "中文歌曲"},
     };
@@ -80,7 +81,8 @@ TEST_F(IniTest, ReadSectionSkipsCommentLines)
     write("[List]\n;semi=1\n'quote=2\n/slash=3\nFirst=1\nBare line\n\nLast = 3\n[Next]\nX=1\n");
     TextArray names;
     EXPECT_EQ(IniReadSection(file, QStringLiteral("list"), names), 3);
-    EXPECT_EQ(names, (TextArray{QString(), QStringLiteral("First"), QStringLiteral("Bare line"), QStringLiteral("Last")}));
+    EXPECT_EQ(names, (TextArray{QString(), QStringLiteral("First"), QStringLiteral("Bare line"),
+                                QStringLiteral("Last")}));
     EXPECT_EQ(IniReadSection(file, QStringLiteral("None"), names), 0);
     EXPECT_EQ(names, TextArray{QString()});
 }
@@ -101,7 +103,8 @@ TEST_F(IniTest, RewriteIsAtomicUnderConcurrentWriters)
     for (int t = 0; t < 4; ++t)
         writers.emplace_back([this, t] {
             for (int i = 0; i < 50; ++i)
-                IniWrite(file, QStringLiteral("S%1").arg(t), QStringLiteral("K"), QString(100, QChar(u'a' + t)));
+                IniWrite(file, QStringLiteral("S%1").arg(t), QStringLiteral("K"),
+                         QString(100, QChar(u'a' + t)));
         });
     for (auto& w : writers)
         w.join();
@@ -124,7 +127,8 @@ TEST_F(IniTest, AppIniLiesBesideTheProgramInSectionDefault)
     ASSERT_TRUE(AppIniWrite(QStringLiteral("Volume"), QStringLiteral("65")));
     EXPECT_TRUE(AppIniFile().startsWith(dir.path()));
     EXPECT_TRUE(AppIniFile().endsWith(QStringLiteral(".ini")));
-    EXPECT_EQ(IniRead(AppIniFile(), QStringLiteral("Default"), QStringLiteral("Volume"), {}), QStringLiteral("65"));
+    EXPECT_EQ(IniRead(AppIniFile(), QStringLiteral("Default"), QStringLiteral("Volume"), {}),
+              QStringLiteral("65"));
     EXPECT_EQ(AppIniRead(QStringLiteral("volume"), QStringLiteral("50")), QStringLiteral("65"));
     EXPECT_EQ(AppIniRead(QStringLiteral("Other"), QStringLiteral("50")), QStringLiteral("50"));
 }

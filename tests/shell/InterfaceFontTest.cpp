@@ -18,8 +18,10 @@ TEST(InterfaceFont, DesktopFontOrMsSerif)
     EXPECT_EQ(GetInterfaceFont().Name, QStringLiteral("Noto Sans CJK SC"));
     EXPECT_EQ(RegRead(0, QStringLiteral("software\\microsoft\\notepad"), QStringLiteral("LFFACENAME"), {}),
               QStringLiteral("Noto Sans CJK SC"));
-    EXPECT_EQ(RegRead(0, QStringLiteral("Software\\Other"), QStringLiteral("lfFaceName"), QStringLiteral("d")),
-              QStringLiteral("d"));
-    EXPECT_EQ(RegRead(1, QStringLiteral("Software\\Microsoft\\Notepad"), QStringLiteral("lfFaceName"), QStringLiteral("d")),
+    EXPECT_EQ(
+        RegRead(0, QStringLiteral("Software\\Other"), QStringLiteral("lfFaceName"), QStringLiteral("d")),
+        QStringLiteral("d"));
+    EXPECT_EQ(RegRead(1, QStringLiteral("Software\\Microsoft\\Notepad"), QStringLiteral("lfFaceName"),
+                      QStringLiteral("d")),
               QStringLiteral("d"));
 }

@@ -19,8 +19,9 @@ protected:
     }
     void SetUp() override
     {
-        region(QStringLiteral("Chinese"), QStringLiteral("[Resource]\r\nSave=X\r\nsave=lower\r\nPlay=播放\r\n"
-                                                         "Formula=a=b\r\nAbout (me)=关于\r\nSave more=保存更多\r\n"));
+        region(QStringLiteral("Chinese"),
+               QStringLiteral("[Resource]\r\nSave=X\r\nsave=lower\r\nPlay=播放\r\n"
+                              "Formula=a=b\r\nAbout (me)=关于\r\nSave more=保存更多\r\n"));
         IniWrite(dir.file(QStringLiteral("Region.ini")), QStringLiteral("Home"), QStringLiteral("Default"),
                  QStringLiteral("Chinese"));
     }
@@ -31,20 +32,15 @@ TEST_F(TranslateTest, AcceleratorAndDotsRules)
     struct Case {
         const char *in, *out;
     } cases[] = {
-        {"Save", "X"},
-        {"Save (&S)", "X (&S)"},
-        {"Save ...", "X ..."},
-        {"Save ... (&S)", "X ... (&S)"},
-        {"save", "lower"},                 // keys are exact, also in case
-        {"SAVE", "SAVE"},
-        {"Load (&L)", "Load"},             // no line: the accelerator goes too
-        {"Load ...", "Load"},
-        {"Save ... more", "保存更多 ..."},  // dots in the middle move to the end
-        {"Formula", "a=b"},                // a translation with "=" is kept whole
-        {"About (me)", "关于"},            // a bracket without "&" is looked up whole
-        {"Sav", "Sav"},                    // fewer than five characters keep them all
-        {"Play", "播放"},
-        {"", ""},
+        {"Save", "X"},          {"Save (&S)", "X (&S)"},
+        {"Save ...", "X ..."},  {"Save ... (&S)", "X ... (&S)"},
+        {"save", "lower"},                                          // keys are exact, also in case
+        {"SAVE", "SAVE"},       {"Load (&L)", "Load"},              // no line: the accelerator goes too
+        {"Load ...", "Load"},   {"Save ... more", "保存更多 ..."},  // dots in the middle move to the end
+        {"Formula", "a=b"},                                         // a translation with "=" is kept whole
+        {"About (me)", "关于"},  // a bracket without "&" is looked up whole
+        {"Sav", "Sav"},          // fewer than five characters keep them all
+        {"Play", "播放"},       {"", ""},
     };
     for (const auto& c : cases)
         EXPECT_EQ(TranslateText(QString::fromUtf8(c.in)), QString::fromUtf8(c.out)) << c.in;
@@ -80,7 +76,8 @@ TEST_F(TranslateTest, UnusableRegionUnloadsTheLanguageAndKeepsTheDefault)
     EXPECT_FALSE(SetInterfaceRegion(QString()));
     EXPECT_EQ(GetDefaultRegion(), QStringLiteral("Chinese"));
     EXPECT_TRUE(GetRegionFile(QStringLiteral("Klingon")).isEmpty());
-    EXPECT_TRUE(GetRegionFile(QStringLiteral("Chinese")).endsWith(QStringLiteral("/Region/Chinese/string.txt")));
+    EXPECT_TRUE(
+        GetRegionFile(QStringLiteral("Chinese")).endsWith(QStringLiteral("/Region/Chinese/string.txt")));
 }
 
 TEST(TranslateDefaults, MissingRegionIniMeansEnglish)

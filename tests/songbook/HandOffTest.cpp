@@ -14,15 +14,18 @@ protected:
     {
         for (int i = 1; i <= 4; ++i) {
             const QString media = QStringLiteral("/Pop/%1.mpg").arg(i);
-            if (i != 3)   // song 3's file is missing
+            if (i != 3)  // song 3's file is missing
                 files << makeFile(QStringLiteral("lib") + media);
             else
                 files << libRoot() + media;
             addSong(QStringLiteral("Song %1").arg(i));
-            sql(QStringLiteral("update song set media_file='%1', library='%2' where title='Song %3'").arg(media, libRoot()).arg(i));
+            sql(QStringLiteral("update song set media_file='%1', library='%2' where title='Song %3'")
+                    .arg(media, libRoot())
+                    .arg(i));
         }
-        addSong(QStringLiteral("Song 1 again"));   // a second record of song 1's file
-        sql(QStringLiteral("update song set media_file='/Pop/1.mpg', library='%1' where title='Song 1 again'").arg(libRoot()));
+        addSong(QStringLiteral("Song 1 again"));  // a second record of song 1's file
+        sql(QStringLiteral("update song set media_file='/Pop/1.mpg', library='%1' where title='Song 1 again'")
+                .arg(libRoot()));
         openSongbook();
     }
     QStringList handOff(const QList<int>& rows, const QString& mode)
@@ -32,7 +35,10 @@ protected:
         song->PlaySong(QStringLiteral("songbook"), mode);
         return shell.commandLines;
     }
-    QString line(int song, const char* mode) const { return files[song - 1] + u'=' + QString::fromLatin1(mode); }
+    QString line(int song, const char* mode) const
+    {
+        return files[song - 1] + u'=' + QString::fromLatin1(mode);
+    }
     QStringList files;
 };
 
@@ -40,7 +46,8 @@ TEST_F(SongbookHandOff, TheFirstSongCarriesTheModeAndTheOthersAreAppended)
 {
     const QString section = QStringLiteral("[Default]");
     for (const char* mode : {"p", "a", "i"})
-        EXPECT_EQ(handOff({4, 1, 2}, QString::fromLatin1(mode)), (QStringList{section, line(1, mode), line(2, "a"), line(4, "a")}))
+        EXPECT_EQ(handOff({4, 1, 2}, QString::fromLatin1(mode)),
+                  (QStringList{section, line(1, mode), line(2, "a"), line(4, "a")}))
             << mode;
     EXPECT_EQ(shell.played, QStringList(3, frmSong::CommandFile()));
     // A missing first file takes its line with it, and with it the mode.
@@ -75,7 +82,7 @@ TEST_F(SongbookHandOff, NothingOrTooMuchSelectedWritesNothing)
     EXPECT_TRUE(shell.played.isEmpty());
     EXPECT_FALSE(QFile::exists(frmSong::CommandFile()));
 
-    handOff(fifty, QStringLiteral("p"));   // fifty pass
+    handOff(fifty, QStringLiteral("p"));  // fifty pass
     EXPECT_EQ(shell.played.size(), 1);
 }
 
@@ -85,8 +92,9 @@ TEST_F(SongbookHandOff, PreviewSaysPlainlyThatItIsNotThereYet)
     song->PlaySong(QStringLiteral("songbook"), QStringLiteral("preview"));
     select({1});
     song->PlaySong(QStringLiteral("SongBook"), QStringLiteral("preview"));
-    EXPECT_EQ(dialogs.messages(), (QStringList{QStringLiteral("Can't find selected song."),
-                                               QStringLiteral("The preview player is not available in this version yet.")}));
+    EXPECT_EQ(dialogs.messages(),
+              (QStringList{QStringLiteral("Can't find selected song."),
+                           QStringLiteral("The preview player is not available in this version yet.")}));
     EXPECT_TRUE(shell.played.isEmpty());
 }
 

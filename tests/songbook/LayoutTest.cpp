@@ -37,7 +37,7 @@ TEST_F(SongbookLayout, HidingBothPanelsGivesTheListTheWholeWidthAndShowingBrings
     EXPECT_EQ(song->picRight()->x(), 700 + song->lblMove()->width());
     EXPECT_TRUE(song->picMoni()->isVisibleTo(song));
     EXPECT_FALSE(song->picRight2()->isVisibleTo(song));
-    EXPECT_EQ(song->picMoni()->y(), 0);   // with the property panel hidden, the preview starts at the top
+    EXPECT_EQ(song->picMoni()->y(), 0);  // with the property panel hidden, the preview starts at the top
     EXPECT_TRUE(frame->menuAction(QStringLiteral("mnuSongViewPreview"))->isChecked());
 }
 

@@ -14,13 +14,15 @@ protected:
     void SetUp() override
     {
         for (int i = 1; i <= 5; ++i)
-            ids << addSong(QStringLiteral("Song %1").arg(i), QStringLiteral("Singer %1").arg(i), QStringLiteral("China"),
-                           1000 + i, QStringLiteral("remark %1").arg(i));
+            ids << addSong(QStringLiteral("Song %1").arg(i), QStringLiteral("Singer %1").arg(i),
+                           QStringLiteral("China"), 1000 + i, QStringLiteral("remark %1").arg(i));
         openSongbook();
     }
     QString field(int song, const char* name)
     {
-        return value(QStringLiteral("select [%1] from song where id=%2").arg(QString::fromLatin1(name)).arg(ids[song - 1]));
+        return value(QStringLiteral("select [%1] from song where id=%2")
+                         .arg(QString::fromLatin1(name))
+                         .arg(ids[song - 1]));
     }
     QList<qint64> ids;
 };
@@ -39,7 +41,7 @@ TEST_F(SongbookRecords, SaveOnSeveralSongsWritesOnlyTheChangedField)
     EXPECT_EQ(field(3, "remark"), QStringLiteral("changed elsewhere"));
     EXPECT_EQ(field(1, "singer"), QStringLiteral("Singer 1"));
     EXPECT_EQ(logPane(), QStringLiteral("2 saved!"));
-    EXPECT_EQ(song->ctlView()->MainItems().SubItems(3, 2), QStringLiteral("Choir"));   // the row shows it
+    EXPECT_EQ(song->ctlView()->MainItems().SubItems(3, 2), QStringLiteral("Choir"));  // the row shows it
     // The save ends with the editor reloaded: nothing left to save.
     song->SaveItem();
     EXPECT_EQ(dialogs.messages(), QStringList{QStringLiteral("No field need to update!")});
@@ -48,29 +50,45 @@ TEST_F(SongbookRecords, SaveOnSeveralSongsWritesOnlyTheChangedField)
 TEST_F(SongbookRecords, SaveChecksTheIndexInItsOrder)
 {
     struct Case {
-        QList<int> rows;          // selected rows; empty: the editor keeps a song but the list has none
+        QList<int> rows;  // selected rows; empty: the editor keeps a song but the list has none
         const char* field;
         QString value;
-        QString message;          // empty: the save goes through
+        QString message;  // empty: the save goes through
         QString title;
     };
     const QString crashed = QStringLiteral("Song index crashed");
     const Case cases[] = {
         {{2}, nullptr, {}, QStringLiteral("No field need to update!"), {}},
         {{}, "singer", QStringLiteral("X"), QStringLiteral("Please select a song to update!"), {}},
-        {{2, 3}, "index", QStringLiteral("5000"), QStringLiteral("Can't save more than one songs with same index"), {}},
-        {{2}, "index", QStringLiteral("999"), QStringLiteral("The index less than MinIndex, MinIndex=1000"), crashed},
-        {{2}, "index", QStringLiteral("1000000"), QStringLiteral("The index is more than MaxIndex, MaxIndex=999999"), crashed},
+        {{2, 3},
+         "index",
+         QStringLiteral("5000"),
+         QStringLiteral("Can't save more than one songs with same index"),
+         {}},
+        {{2},
+         "index",
+         QStringLiteral("999"),
+         QStringLiteral("The index less than MinIndex, MinIndex=1000"),
+         crashed},
+        {{2},
+         "index",
+         QStringLiteral("1000000"),
+         QStringLiteral("The index is more than MaxIndex, MaxIndex=999999"),
+         crashed},
         {{2}, "index", QStringLiteral("1004"), QStringLiteral("The index is used by another song"), crashed},
-        {{2}, "index", QStringLiteral("1002"), QStringLiteral("The index is used by another song"), crashed},   // its own
-        {{2, 3}, "index", QStringLiteral("0"), {}, {}},      // 0 takes the number away from any number of songs
+        {{2},
+         "index",
+         QStringLiteral("1002"),
+         QStringLiteral("The index is used by another song"),
+         crashed},                                       // its own
+        {{2, 3}, "index", QStringLiteral("0"), {}, {}},  // 0 takes the number away from any number of songs
         {{4}, "index", QStringLiteral("5000"), {}, {}},
     };
     for (const Case& c : cases) {
         dialogs.clear();
         select(c.rows.isEmpty() ? QList<int>{1} : c.rows);
         if (c.field) {
-            edit(QString::fromLatin1(c.field), QStringLiteral("1"));   // marked changed even when it goes back
+            edit(QString::fromLatin1(c.field), QStringLiteral("1"));  // marked changed even when it goes back
             edit(QString::fromLatin1(c.field), c.value);
         }
         if (c.rows.isEmpty())
@@ -96,19 +114,31 @@ TEST_F(SongbookRecords, IndexGivesConsecutiveNumbersOrRefusesTheWholeRange)
 {
     struct Case {
         QList<int> rows;
-        std::optional<QString> answer;   // nullopt: the input box is cancelled
-        QString message;                  // the one message expected, or empty
-        QList<int> numbers;               // the songs' numbers afterwards, songs 1 to 5
+        std::optional<QString> answer;  // nullopt: the input box is cancelled
+        QString message;                // the one message expected, or empty
+        QList<int> numbers;             // the songs' numbers afterwards, songs 1 to 5
     };
     const QList<int> untouched{1001, 1002, 1003, 1004, 1005};
     const Case cases[] = {
         {{2, 3, 4}, std::nullopt, {}, untouched},
         {{2, 3, 4}, QString(), {}, untouched},
-        {{2, 3, 4}, QStringLiteral("999"), QStringLiteral("The index less than MinIndex, MinIndex=1000"), untouched},
-        {{2, 3, 4}, QStringLiteral("999998"), QStringLiteral("The index is more than MaxIndex, MaxIndex=999999"), untouched},
+        {{2, 3, 4},
+         QStringLiteral("999"),
+         QStringLiteral("The index less than MinIndex, MinIndex=1000"),
+         untouched},
+        {{2, 3, 4},
+         QStringLiteral("999998"),
+         QStringLiteral("The index is more than MaxIndex, MaxIndex=999999"),
+         untouched},
         // The range meets the selection's own numbers: nothing changes.
-        {{2, 3, 4}, QStringLiteral("1003"), QStringLiteral("The index is used by another song, Index=1003"), untouched},
-        {{2, 3, 4}, QStringLiteral("abc"), QStringLiteral("Reset selected songs' index to 0.\nContinue?"), untouched},
+        {{2, 3, 4},
+         QStringLiteral("1003"),
+         QStringLiteral("The index is used by another song, Index=1003"),
+         untouched},
+        {{2, 3, 4},
+         QStringLiteral("abc"),
+         QStringLiteral("Reset selected songs' index to 0.\nContinue?"),
+         untouched},
         {{2, 3, 4}, QStringLiteral("2000.4"), {}, {1001, 2000, 2001, 2002, 1005}},
         {{1, 5}, QStringLiteral("999998"), {}, {999998, 2000, 2001, 2002, 999999}},
     };
@@ -120,7 +150,7 @@ TEST_F(SongbookRecords, IndexGivesConsecutiveNumbersOrRefusesTheWholeRange)
         else
             dialogs.cancelInput();
         if (c.answer == QStringLiteral("abc"))
-            dialogs.answer(MsgAnswer::No);   // to the reset question
+            dialogs.answer(MsgAnswer::No);  // to the reset question
         song->IndexItems();
         const std::string label = c.answer.value_or(QStringLiteral("<cancel>")).toStdString();
         EXPECT_EQ(dialogs.messages(), c.message.isEmpty() ? QStringList{} : QStringList{c.message}) << label;
@@ -131,7 +161,9 @@ TEST_F(SongbookRecords, IndexGivesConsecutiveNumbersOrRefusesTheWholeRange)
     }
     EXPECT_EQ(logPane(), QStringLiteral("2 song(s) indexed."));
     ASSERT_FALSE(dialogs.calls().empty());
-    EXPECT_EQ(dialogs.calls()[0].text, QStringLiteral("2 song(s) to be indexed.\nPlease input an available index from which to start."));
+    EXPECT_EQ(
+        dialogs.calls()[0].text,
+        QStringLiteral("2 song(s) to be indexed.\nPlease input an available index from which to start."));
 }
 
 TEST_F(SongbookRecords, IndexWithoutSelectionAsksNothing)
@@ -145,13 +177,16 @@ TEST_F(SongbookRecords, DeleteSelectsTheRowBeforeTheFirstDeleted)
     struct Case {
         QList<int> rows;
         QStringList left;
-        int selectedAfter;   // 0: nothing selected
+        int selectedAfter;  // 0: nothing selected
     };
     const Case cases[] = {
-        {{3}, {QStringLiteral("Song 1"), QStringLiteral("Song 2"), QStringLiteral("Song 4"), QStringLiteral("Song 5")}, 2},
+        {{3},
+         {QStringLiteral("Song 1"), QStringLiteral("Song 2"), QStringLiteral("Song 4"),
+          QStringLiteral("Song 5")},
+         2},
         {{1}, {QStringLiteral("Song 2"), QStringLiteral("Song 4"), QStringLiteral("Song 5")}, 1},
         {{2, 3}, {QStringLiteral("Song 2")}, 1},
-        {{1}, {}, 0},   // an emptied list selects nothing
+        {{1}, {}, 0},  // an emptied list selects nothing
     };
     for (const Case& c : cases) {
         select(c.rows);
@@ -173,17 +208,22 @@ TEST_F(SongbookRecords, AddFilesStopsAtTheFirstFileOutsideEveryLibrary)
     select({1});
     const QString outside = makeFile(QStringLiteral("elsewhere/Outside.mp3"));
     TextArray files = NewTextArray();
-    for (const QString& f : {makeFile(QStringLiteral("lib/a.b.mp3")), makeFile(QStringLiteral("lib/Pop/My.Song.Live.mpg")),
-                             outside, makeFile(QStringLiteral("lib/After.mp3"))})
+    for (const QString& f :
+         {makeFile(QStringLiteral("lib/a.b.mp3")), makeFile(QStringLiteral("lib/Pop/My.Song.Live.mpg")),
+          outside, makeFile(QStringLiteral("lib/After.mp3"))})
         AppendItem(files, f);
     EXPECT_EQ(song->AddFiles(files), 2);
-    EXPECT_EQ(dialogs.messages(),
-              QStringList{QStringLiteral("The file < ") + outside
-                          + QStringLiteral(" > is not in any of library path, you can't add it to system. \nPlease copy the files to a library path before add them into system!")});
+    EXPECT_EQ(
+        dialogs.messages(),
+        QStringList{QStringLiteral("The file < ") + outside +
+                    QStringLiteral(" > is not in any of library path, you can't add it to system. \nPlease "
+                                   "copy the files to a library path before add them into system!")});
     EXPECT_EQ(logPane(), QStringLiteral("2 file(s) added!"));
     EXPECT_EQ(value(QStringLiteral("select count(*) from song where title='After'")), QStringLiteral("0"));
-    EXPECT_EQ(value(QStringLiteral("select media_file & '|' & library & '|' & chars & '|' & [index] from song where title='My'")),
-              QStringLiteral("/Pop/My.Song.Live.mpg|") + libRoot() + QStringLiteral("|2|0"));
+    EXPECT_EQ(
+        value(QStringLiteral(
+            "select media_file & '|' & library & '|' & chars & '|' & [index] from song where title='My'")),
+        QStringLiteral("/Pop/My.Song.Live.mpg|") + libRoot() + QStringLiteral("|2|0"));
     // The added songs, and only they, are the selection.
     QList<int> selection;
     song->ctlView()->GetViewSelections(selection);
@@ -213,12 +253,13 @@ TEST_F(SongbookRecords, AddFromTheEditorRefusesAUsedNumber)
 {
     select({1});
     edit(QStringLiteral("title"), QStringLiteral("New song"));
-    EXPECT_FALSE(song->AddItem());   // the editor still holds song 1's number
+    EXPECT_FALSE(song->AddItem());  // the editor still holds song 1's number
     EXPECT_EQ(dialogs.messages(), QStringList{QStringLiteral("Song index crashed!")});
     edit(QStringLiteral("index"), QStringLiteral("0"));
     edit(QStringLiteral("title"), QStringLiteral("New song"));
     EXPECT_TRUE(song->AddItem());
-    EXPECT_EQ(value(QStringLiteral("select chars & '|' & singer from song where title='New song'")), QStringLiteral("8|Singer 1"));
+    EXPECT_EQ(value(QStringLiteral("select chars & '|' & singer from song where title='New song'")),
+              QStringLiteral("8|Singer 1"));
     QList<int> selection;
     song->ctlView()->GetViewSelections(selection);
     EXPECT_EQ(selection, (QList<int>{0, 6}));

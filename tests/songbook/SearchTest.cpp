@@ -18,9 +18,10 @@ protected:
     {
         addSong(QStringLiteral("Moon River"), QStringLiteral("Andy"), QStringLiteral("China"), 0, {});
         addSong(QStringLiteral("月亮代表我的心"), QStringLiteral("邓丽君"), QStringLiteral("China"));
-        addSong(QStringLiteral("River Deep"), QStringLiteral("Tina"), QString());          // no region: always listed
+        addSong(QStringLiteral("River Deep"), QStringLiteral("Tina"), QString());  // no region: always listed
         addSong(QStringLiteral("It's Now"), QStringLiteral("O'Brien"), QStringLiteral("China"));
-        addSong(QStringLiteral("Taiwan River"), QStringLiteral("Andy"), QStringLiteral("Taiwan"));   // not on offer
+        addSong(QStringLiteral("Taiwan River"), QStringLiteral("Andy"),
+                QStringLiteral("Taiwan"));  // not on offer
         sql(QStringLiteral("update song set [language]='Mandarin', style='Ballad' where singer='邓丽君'"));
         sql(QStringLiteral("update song set [language]='English', style='Pop' where singer<>'邓丽君'"));
         sql(QStringLiteral("update song set chars=0 where title='River Deep'"));
@@ -53,26 +54,30 @@ TEST_F(SongbookSearch, EachSearchTypeListsItsSongsOfTheRegionsOnOffer)
         QString value;
         QStringList titles;
     };
-    const QString moon = QStringLiteral("Moon River"), deep = QStringLiteral("River Deep"), now = QStringLiteral("It's Now");
+    const QString moon = QStringLiteral("Moon River"), deep = QStringLiteral("River Deep"),
+                  now = QStringLiteral("It's Now");
     const QString chinese = QStringLiteral("月亮代表我的心");
     const Case cases[] = {
         {"song", {}, {now, moon, deep, chinese}},
         {"song", QStringLiteral("river"), {moon, deep}},
-        {"song", QStringLiteral("It's"), {now}},                                  // the quote reaches the query doubled
-        {"song", TranslateText(QStringLiteral("song selector")), {now, moon, deep, chinese}},   // counts as empty
+        {"song", QStringLiteral("It's"), {now}},  // the quote reaches the query doubled
+        {"song",
+         TranslateText(QStringLiteral("song selector")),
+         {now, moon, deep, chinese}},  // counts as empty
         {"singer", QStringLiteral("邓丽"), {chinese}},
         {"singer", QStringLiteral("O'Brien"), {now}},
         {"language", QStringLiteral("Mandarin"), {chinese}},
         {"style", QStringLiteral("Pop"), {now, moon, deep}},
         {"chars", QStringLiteral("7Character"), {chinese}},
-        {"chars", {}, {deep}},                                                    // empty means chars = 0
+        {"chars", {}, {deep}},  // empty means chars = 0
         {"chars", QStringLiteral("many"), {deep}},
         {"singer", QStringLiteral("Nobody"), {}},
     };
     for (const Case& c : cases) {
         QStringList expected = c.titles;
         expected.sort();
-        EXPECT_EQ(search(QString::fromLatin1(c.code), c.value), expected) << c.code << " " << c.value.toStdString();
+        EXPECT_EQ(search(QString::fromLatin1(c.code), c.value), expected)
+            << c.code << " " << c.value.toStdString();
     }
     EXPECT_TRUE(dialogs.messages().isEmpty()) << dialogs.messages().join(u'|').toStdString();
 }
@@ -96,7 +101,7 @@ TEST_F(SongbookSearch, RefreshRunsTheCurrentSearchAndRefreshDataRepeatsTheLastQu
     search(QStringLiteral("song"), QStringLiteral("River"));
     addSong(QStringLiteral("River Flows"), QStringLiteral("Yiruma"));
     addSong(QStringLiteral("Other"), QStringLiteral("Yiruma"));
-    song->cboSearchValue()->setEditText(QStringLiteral("Other"));   // typed, not yet searched
+    song->cboSearchValue()->setEditText(QStringLiteral("Other"));  // typed, not yet searched
     song->RefreshData();
     EXPECT_EQ(listedTitles().size(), 3) << listedTitles().join(u',').toStdString();
     song->ExecuteCommand(QStringLiteral("REFRESH"));

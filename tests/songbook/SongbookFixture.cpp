@@ -40,7 +40,8 @@ SongbookFixture::SongbookFixture()
     if (!SongOpenDatabase())
         ADD_FAILURE() << "the test database did not open";
     QDir().mkpath(libRoot());
-    sql(QStringLiteral("insert into library (root_path, name) values ('") + libRoot() + QStringLiteral("', 'Test')"));
+    sql(QStringLiteral("insert into library (root_path, name) values ('") + libRoot() +
+        QStringLiteral("', 'Test')"));
     sql(QStringLiteral("insert into region (name) values ('China')"));
     dialogs.clear();
 }
@@ -51,7 +52,10 @@ SongbookFixture::~SongbookFixture()
     SongCloseDatabase();
 }
 
-void SongbookFixture::sql(const QString& statement) { SongConnection()->execute(statement); }
+void SongbookFixture::sql(const QString& statement)
+{
+    SongConnection()->execute(statement);
+}
 
 QString SongbookFixture::value(const QString& statement)
 {
@@ -62,8 +66,11 @@ QString SongbookFixture::value(const QString& statement)
 qint64 SongbookFixture::addSong(const QString& title, const QString& singer, const QString& region, int index,
                                 const QString& more)
 {
-    auto quoted = [](QString v) { return v.isNull() ? QStringLiteral("null") : u'\'' + v.replace(u'\'', QStringLiteral("''")) + u'\''; };
-    sql(QStringLiteral("insert into song ([index], title, singer, region, chars, grade, remark) values (%1, %2, %3, %4, %5, 0, %6)")
+    auto quoted = [](QString v) {
+        return v.isNull() ? QStringLiteral("null") : u'\'' + v.replace(u'\'', QStringLiteral("''")) + u'\'';
+    };
+    sql(QStringLiteral("insert into song ([index], title, singer, region, chars, grade, remark) values (%1, "
+                       "%2, %3, %4, %5, 0, %6)")
             .arg(index)
             .arg(quoted(title), quoted(singer), quoted(region))
             .arg(title.size())
@@ -82,7 +89,7 @@ void SongbookFixture::openSongbook()
     frame = std::make_unique<mdiMain>();
     song = dynamic_cast<frmSong*>(frame->ShowWindow(QStringLiteral("frmSong")));
     ASSERT_NE(song, nullptr);
-    song->tmrLoadData()->stop();   // the test fills the list itself
+    song->tmrLoadData()->stop();  // the test fills the list itself
     ASSERT_TRUE(song->LoadData());
     dialogs.clear();
 }
@@ -111,7 +118,10 @@ QStringList SongbookFixture::listedTitles() const
     return titles;
 }
 
-int SongbookFixture::row(const QString& title) const { return int(listedTitles().indexOf(title)) + 1; }
+int SongbookFixture::row(const QString& title) const
+{
+    return int(listedTitles().indexOf(title)) + 1;
+}
 
 void SongbookFixture::edit(const QString& field, const QString& text)
 {
@@ -119,6 +129,9 @@ void SongbookFixture::edit(const QString& field, const QString& text)
     fields->SetField(fields->GetFieldIndex(field), QStringLiteral("value"), text);
 }
 
-QString SongbookFixture::logPane() const { return frame->pane(QStringLiteral("log")); }
+QString SongbookFixture::logPane() const
+{
+    return frame->pane(QStringLiteral("log"));
+}
 
 }  // namespace td::test

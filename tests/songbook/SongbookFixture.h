@@ -1,6 +1,6 @@
 #pragma once
 #include "shell/services/Shell.h"
-#include "support/QtPrint.h"   // texts in failures
+#include "support/QtPrint.h"  // texts in failures
 #include "support/ScriptedDialogs.h"
 #include "support/TempAppDir.h"
 #include <QStringList>
@@ -10,7 +10,7 @@
 namespace td {
 class frmSong;
 class mdiMain;
-}
+}  // namespace td
 
 namespace td::test {
 
@@ -22,8 +22,8 @@ public:
     bool open(const QString&) override { return true; }
     bool play(const QString& commandFile) override;
     bool edit(const QString&) override { return true; }
-    QStringList played;         // command files handed over
-    QStringList commandLines;   // the lines of the last command file, as written
+    QStringList played;        // command files handed over
+    QStringList commandLines;  // the lines of the last command file, as written
 };
 
 // A program folder with the songbook's format files, a song database with one library folder
@@ -34,18 +34,18 @@ protected:
     ~SongbookFixture() override;
 
     // Adds a song through another path than the window; answers its id.
-    qint64 addSong(const QString& title, const QString& singer = {}, const QString& region = QStringLiteral("China"),
-                   int index = 0, const QString& more = {});
+    qint64 addSong(const QString& title, const QString& singer = {},
+                   const QString& region = QStringLiteral("China"), int index = 0, const QString& more = {});
     void sql(const QString& statement);
-    QString value(const QString& sql);   // first field of the first row, as text
+    QString value(const QString& sql);  // first field of the first row, as text
     QString libRoot() const { return dir.file(QStringLiteral("lib")); }
-    QString makeFile(const QString& relative);   // a small file below the program folder
+    QString makeFile(const QString& relative);  // a small file below the program folder
 
     // Opens the songbook window and fills its list.
     void openSongbook();
     // Selects exactly these rows (1-based) and shows them in the editor, as a click would.
     void select(const QList<int>& rows);
-    int row(const QString& title) const;   // list row of a title, 0 when not listed
+    int row(const QString& title) const;  // list row of a title, 0 when not listed
     QStringList listedTitles() const;
     void edit(const QString& field, const QString& value);
     QString logPane() const;

@@ -6,9 +6,13 @@
 namespace td {
 namespace {
 
-const SqlDialect kDialect{QStringLiteral("rowid"), QStringLiteral(" COLLATE GB2312"), QStringLiteral("upper")};
+const SqlDialect kDialect{QStringLiteral("rowid"), QStringLiteral(" COLLATE GB2312"),
+                          QStringLiteral("upper")};
 
-QString native(const QString& jet) { return TranslateJetSql(jet, kDialect).sql; }
+QString native(const QString& jet)
+{
+    return TranslateJetSql(jet, kDialect).sql;
+}
 
 struct Case {
     const char* jet;
@@ -26,22 +30,27 @@ INSTANTIATE_TEST_SUITE_P(
     JetSql, Translation,
     ::testing::Values(
         Case{"delete * from media", "delete from media"},
-        Case{"delete * from Config where [Section]='GlobeRegion'", "delete from Config where \"Section\"='GlobeRegion'"},
+        Case{"delete * from Config where [Section]='GlobeRegion'",
+             "delete from Config where \"Section\"='GlobeRegion'"},
         Case{"select * from song where index=12", "select * from song where \"index\"=12"},
         Case{"select [value] from config where [section]='Default' and [key]='MinIndex'",
              "select \"value\" from config where \"section\"='Default' and \"key\"='MinIndex'"},
         Case{"select distinct [singer.type] from singer", "select distinct \"singer\".\"type\" from singer"},
         Case{"x UCASE(Mid([title],1,1))='Z'", "x upper(substr(\"title\",1,1) COLLATE GB2312)='Z'"},
         Case{"select * from song where Mid([title],2,1)>='啊' And Mid([title],2,1)<'八'",
-             "select * from song where substr(\"title\",2,1) COLLATE GB2312>='啊' And substr(\"title\",2,1) COLLATE GB2312<'八'"},
+             "select * from song where substr(\"title\",2,1) COLLATE GB2312>='啊' And substr(\"title\",2,1) "
+             "COLLATE GB2312<'八'"},
         Case{"select Len(title), LCase(singer) from song", "select length(title), lower(singer) from song"},
-        Case{"select * from song where Left(title, 2)='ab'", "select * from song where substr(title, 1, 2) COLLATE GB2312='ab'"},
+        Case{"select * from song where Left(title, 2)='ab'",
+             "select * from song where substr(title, 1, 2) COLLATE GB2312='ab'"},
         Case{"select * from song where title like '%中%';", "select * from song where title like '%中%'"},
         Case{"select * from song where title = \"it's\"", "select * from song where title = 'it''s'"},
         Case{"select title & ' - ' & singer from song", "select title || ' - ' || singer from song"},
-        Case{"select top 10 * from song order by order_time desc", "select * from song order by order_time desc LIMIT 10"},
+        Case{"select top 10 * from song order by order_time desc",
+             "select * from song order by order_time desc LIMIT 10"},
         Case{"update Song set grade=0", "update Song set grade=0"},
-        Case{"insert into song (title, [index]) values ('a;b', 3)", "insert into song (title, \"index\") values ('a;b', 3)"},
+        Case{"insert into song (title, [index]) values ('a;b', 3)",
+             "insert into song (title, \"index\") values ('a;b', 3)"},
         Case{"select * from song where remark='delete * from x; [y] index'",
              "select * from song where remark='delete * from x; [y] index'"},
         Case{"select count(*) from song where title in (select name from region)",
@@ -87,7 +96,8 @@ TEST(JetSql, UnterminatedLiteralFails)
 
 TEST(JetSql, SelectIntoAnotherFile)
 {
-    const auto st = TranslateJetSql(QStringLiteral("select * into song in '/tmp/it''s/x.db' from song where id=-1"), kDialect);
+    const auto st = TranslateJetSql(
+        QStringLiteral("select * into song in '/tmp/it''s/x.db' from song where id=-1"), kDialect);
     EXPECT_EQ(st.kind, TranslatedStatement::Kind::SelectInto);
     EXPECT_EQ(st.intoTable, u"song");
     EXPECT_EQ(st.intoFile, u"/tmp/it's/x.db");
@@ -96,7 +106,8 @@ TEST(JetSql, SelectIntoAnotherFile)
 
 TEST(JetSql, OnlyOneTableSelectsAreKeyed)
 {
-    const auto keyed = TranslateJetSql(QStringLiteral("select title from Song s where grade<=1000 order by title"), kDialect);
+    const auto keyed = TranslateJetSql(
+        QStringLiteral("select title from Song s where grade<=1000 order by title"), kDialect);
     EXPECT_EQ(keyed.baseTable, u"Song");
     EXPECT_EQ(keyed.keyedSql, u"select rowid AS td_key, title from Song s where grade<=1000 order by title");
     for (const char* sql : {"select distinct singer from song", "select count(*) from song",
@@ -105,14 +116,15 @@ TEST(JetSql, OnlyOneTableSelectsAreKeyed)
         EXPECT_TRUE(TranslateJetSql(QString::fromUtf8(sql), kDialect).keyedSql.isEmpty()) << sql;
 }
 
-const SqlDialect kCharDialect{QStringLiteral("rowid"), QStringLiteral(" COLLATE GB2312"), QStringLiteral("upper"),
-                              QStringLiteral("c_")};
+const SqlDialect kCharDialect{QStringLiteral("rowid"), QStringLiteral(" COLLATE GB2312"),
+                              QStringLiteral("upper"), QStringLiteral("c_")};
 
 class CharacterTests : public ::testing::TestWithParam<Case> {};
 
 TEST_P(CharacterTests, BecomeOneCallWhereTheMeaningStays)
 {
-    EXPECT_EQ(TranslateJetSql(QString::fromUtf8(GetParam().jet), kCharDialect).sql, QString::fromUtf8(GetParam().sql));
+    EXPECT_EQ(TranslateJetSql(QString::fromUtf8(GetParam().jet), kCharDialect).sql,
+              QString::fromUtf8(GetParam().sql));
 }
 
 // The general form of a Mid comparison, as the cases that must not be fused expect it.
@@ -140,7 +152,8 @@ INSTANTIATE_TEST_SUITE_P(
              "select * from song where c_in(\"title\",1,'a',NULL) And " M2 "<'b'"},
         Case{"select * from song where x & Mid([title],1,1)>='a'",
              "select * from song where x || " M1 ">='a'"},
-        Case{"select * from song where Mid([title],1,1)>='ab' or Mid([title],1,2)>='a' or Mid([title],0,1)>='a'",
+        Case{"select * from song where Mid([title],1,1)>='ab' or Mid([title],1,2)>='a' or "
+             "Mid([title],0,1)>='a'",
              "select * from song where " M1 ">='ab' or substr(\"title\",1,2) COLLATE GB2312>='a' or "
              "substr(\"title\",0,1) COLLATE GB2312>='a'"},
         Case{"select * from song where UCASE(Mid([title],1,1))<>'Z' or UCASE(Mid([title],1,1))='Z' = 0",

@@ -18,7 +18,10 @@ protected:
         for (const char* t : {"one", "two", "three", "four"})
             ids.push_back(file.addSong(QString::fromUtf8(t)));
     }
-    std::unique_ptr<Recordset> open(const char* sql) { return file.db().openRecordset(QString::fromUtf8(sql)); }
+    std::unique_ptr<Recordset> open(const char* sql)
+    {
+        return file.db().openRecordset(QString::fromUtf8(sql));
+    }
     QString title(Recordset& rs) { return rs.Fields(QStringLiteral("Title")).Text(); }
 
     SongFile file;
@@ -61,12 +64,13 @@ TEST_F(RecordsetTest, EmptyResultIsBothBofAndEof)
 TEST_F(RecordsetTest, FieldTypesFollowTheDeclaredTypes)
 {
     auto rs = open("select id, [index], chars, title, lupd_time, 1.5 as x, count(*) as n from song");
-    const std::pair<const char*, int> expected[] = {{"id", adInteger}, {"index", adInteger}, {"chars", adSmallInt},
-                                                    {"title", adVarWChar}, {"lupd_time", adDate}, {"x", adDouble},
-                                                    {"n", adInteger}};
+    const std::pair<const char*, int> expected[] = {
+        {"id", adInteger},     {"index", adInteger}, {"chars", adSmallInt}, {"title", adVarWChar},
+        {"lupd_time", adDate}, {"x", adDouble},      {"n", adInteger}};
     for (const auto& [name, type] : expected)
         EXPECT_EQ(rs->Fields(QString::fromUtf8(name)).Type(), type) << name;
-    EXPECT_EQ(file.db().openRecordset(QStringLiteral("select image from singer"))->Fields(0).Type(), adLongVarBinary);
+    EXPECT_EQ(file.db().openRecordset(QStringLiteral("select image from singer"))->Fields(0).Type(),
+              adLongVarBinary);
     EXPECT_THROW(rs->Fields(QStringLiteral("nope")), AppError);
 }
 
@@ -85,7 +89,7 @@ TEST_F(RecordsetTest, BookmarkSurvivesRequeryAndForeignWrites)
     EXPECT_FALSE(rs->setBookmark(ids[1]));
     ASSERT_TRUE(rs->setBookmark(ids[2]));
     EXPECT_EQ(title(*rs), u"three");
-    EXPECT_EQ(rs->positionOf(ids[0]), 2);   // alpha, four, one
+    EXPECT_EQ(rs->positionOf(ids[0]), 2);  // alpha, four, one
 }
 
 // Keys come ascending, descending or mixed with the order; a lookup finds each one where it stands,
@@ -99,8 +103,8 @@ TEST_F(RecordsetTest, PositionOfFindsEveryKeyWhateverTheOrder)
         rs->Fields(QStringLiteral("title")).setValue(QStringLiteral("bravo"));
         rs->Update();
         const Bookmark added = rs->bookmark();
-        const qsizetype addedAt = rs->RecordCount() - 1;   // new rows go last
-        for (int round = 0; round < 2; ++round) {   // before and after a second added row
+        const qsizetype addedAt = rs->RecordCount() - 1;  // new rows go last
+        for (int round = 0; round < 2; ++round) {         // before and after a second added row
             for (qsizetype pos = 0; pos < rs->RecordCount(); ++pos)
                 EXPECT_EQ(rs->positionOf(rs->bookmarkAt(pos)), pos) << sql;
             EXPECT_EQ(rs->positionOf(added), addedAt) << sql;
@@ -133,12 +137,13 @@ TEST_F(RecordsetTest, FailedRequeryKeepsTheRows)
 // A date shows one text, whether a field or a list reads it, in whatever form it was written.
 TEST_F(RecordsetTest, DateFieldTextIsTheListText)
 {
-    const std::pair<const char*, const char*> cases[] = {
-        {"'2024-06-01 07:08:09'", "2024-06-01 07:08:09"}, {"'2024-06-01T07:08:09'", "2024-06-01 07:08:09"},
-        {"'2024-06-01'", "2024-06-01 00:00:00"}, {"'later'", "later"}};
+    const std::pair<const char*, const char*> cases[] = {{"'2024-06-01 07:08:09'", "2024-06-01 07:08:09"},
+                                                         {"'2024-06-01T07:08:09'", "2024-06-01 07:08:09"},
+                                                         {"'2024-06-01'", "2024-06-01 00:00:00"},
+                                                         {"'later'", "later"}};
     for (std::size_t i = 0; i < std::size(cases); ++i)
-        file.db().execute(QStringLiteral("update song set lupd_time=") + QString::fromUtf8(cases[i].first)
-                          + QStringLiteral(" where id=") + QString::number(ids[i]));
+        file.db().execute(QStringLiteral("update song set lupd_time=") + QString::fromUtf8(cases[i].first) +
+                          QStringLiteral(" where id=") + QString::number(ids[i]));
     auto rs = open("select * from song order by id");
     const int c = rs->FieldIndex(u"lupd_time");
     for (const auto& [written, shown] : cases) {
@@ -178,8 +183,9 @@ TEST_F(RecordsetTest, AddNewReadsBackGeneratedValuesAndCancelLeavesNothing)
     rs->Update();
     EXPECT_EQ(rs->RecordCount(), 1);
     EXPECT_GT(rs->Fields(QStringLiteral("ID")).Value().toLongLong(), ids.back());
-    EXPECT_EQ(rs->Fields(QStringLiteral("index")).Value().toLongLong(), 0);   // the column's default
-    EXPECT_EQ(rs->Fields(QStringLiteral("lupd_time")).Value().toDateTime(), QDateTime(QDate(2024, 5, 6), QTime(7, 8, 9)));
+    EXPECT_EQ(rs->Fields(QStringLiteral("index")).Value().toLongLong(), 0);  // the column's default
+    EXPECT_EQ(rs->Fields(QStringLiteral("lupd_time")).Value().toDateTime(),
+              QDateTime(QDate(2024, 5, 6), QTime(7, 8, 9)));
 
     rs->AddNew();
     rs->Fields(QStringLiteral("title")).setValue(QStringLiteral("dropped"));
@@ -224,7 +230,8 @@ TEST(Gb2312Order, ChineseSortsByPinyinInitialAndLettersIgnoreCase)
     for (; !rs->IsEOF(); rs->MoveNext())
         order << rs->Fields(0).Text();
     EXPECT_EQ(order.join(u','), QString::fromUtf8("apple,Zoo,啊朋友,八月,擦肩,中国"));
-    EXPECT_EQ(file.db().openRecordset(QStringLiteral("select * from song where title='APPLE'"))->RecordCount(), 1);
+    EXPECT_EQ(
+        file.db().openRecordset(QStringLiteral("select * from song where title='APPLE'"))->RecordCount(), 1);
 }
 
 TEST(SelectInto, CopiesRowsAndTypesIntoAnotherFile)
@@ -234,7 +241,8 @@ TEST(SelectInto, CopiesRowsAndTypesIntoAnotherFile)
     file.addSong(QStringLiteral("b"), QStringLiteral("s"), 1002);
     const QString target = file.dir() + QStringLiteral("/export.db");
     CreateTemplateDatabase(target);
-    file.db().execute(QStringLiteral("select * into song in '") + target + QStringLiteral("' from song where [index]>1001"));
+    file.db().execute(QStringLiteral("select * into song in '") + target +
+                      QStringLiteral("' from song where [index]>1001"));
 
     auto copy = OpenConnection(target);
     auto rs = copy->openRecordset(QStringLiteral("select * from song"));
@@ -244,10 +252,13 @@ TEST(SelectInto, CopiesRowsAndTypesIntoAnotherFile)
     EXPECT_EQ(rs->Fields(QStringLiteral("lupd_time")).Type(), adDate);
     rs->AddNew();
     rs->Update();
-    EXPECT_GT(rs->Fields(QStringLiteral("id")).Value().toLongLong(), 0);   // the copy numbers new rows too
+    EXPECT_GT(rs->Fields(QStringLiteral("id")).Value().toLongLong(), 0);  // the copy numbers new rows too
 
-    EXPECT_THROW(file.db().execute(QStringLiteral("select * into song in '") + target + QStringLiteral("' from song")), AppError);
-    EXPECT_THROW(file.db().execute(QStringLiteral("select * into song in '/nonexistent/x.db' from song")), AppError);
+    EXPECT_THROW(
+        file.db().execute(QStringLiteral("select * into song in '") + target + QStringLiteral("' from song")),
+        AppError);
+    EXPECT_THROW(file.db().execute(QStringLiteral("select * into song in '/nonexistent/x.db' from song")),
+                 AppError);
 }
 
 TEST(SqliteBackend, WriterWaitsForLockThenFails)

@@ -1,5 +1,5 @@
-#include "songdb/RowStore.h"
 #include "songdb/AdoTypes.h"
+#include "songdb/RowStore.h"
 #include "support/QtPrint.h"
 #include <QByteArray>
 #include <functional>
@@ -13,7 +13,10 @@ std::unique_ptr<RowStore> storeOf(int type)
     return std::make_unique<RowStore>(std::vector<ColumnInfo>{{QStringLiteral("v"), type, {}, {}}});
 }
 
-void setUtf8(RowStore& store, qsizetype row, const QByteArray& utf8) { store.setText(row, 0, utf8.constData(), utf8.size()); }
+void setUtf8(RowStore& store, qsizetype row, const QByteArray& utf8)
+{
+    store.setText(row, 0, utf8.constData(), utf8.size());
+}
 
 struct TextCase {
     const char* name;
@@ -27,26 +30,31 @@ TEST(RowStore, AppendTextGivesWhatTextGives)
 {
     const TextCase cases[] = {
         {"null", adVarWChar, [](RowStore& s, qsizetype r) { s.setNull(r, 0); }, QString()},
-        {"small integer", adInteger, [](RowStore& s, qsizetype r) { s.setInteger(r, 0, -42); }, QStringLiteral("-42")},
+        {"small integer", adInteger, [](RowStore& s, qsizetype r) { s.setInteger(r, 0, -42); },
+         QStringLiteral("-42")},
         {"large integer", adInteger, [](RowStore& s, qsizetype r) { s.setInteger(r, 0, -9000000000123LL); },
          QStringLiteral("-9000000000123")},
         {"real", adDouble, [](RowStore& s, qsizetype r) { s.setReal(r, 0, 2.5); }, QStringLiteral("2.5")},
         {"empty text", adVarWChar, [](RowStore& s, qsizetype r) { setUtf8(s, r, ""); }, QString()},
         {"chinese", adVarWChar, [](RowStore& s, qsizetype r) { setUtf8(s, r, "月亮代表我的心"); },
          QString::fromUtf8("月亮代表我的心")},
-        {"outside the basic plane", adVarWChar, [](RowStore& s, qsizetype r) { setUtf8(s, r, "a\xF0\x9F\x8E\xA4z"); },
+        {"outside the basic plane", adVarWChar,
+         [](RowStore& s, qsizetype r) { setUtf8(s, r, "a\xF0\x9F\x8E\xA4z"); },
          QString::fromUtf8("a\xF0\x9F\x8E\xA4z")},
         {"broken utf-8", adVarWChar, [](RowStore& s, qsizetype r) { setUtf8(s, r, "ab\xE6\x9C"); },
          QString::fromUtf8("ab\xE6\x9C")},
-        {"blob", adLongVarBinary, [](RowStore& s, qsizetype r) { s.setBlob(r, 0, "xy", 2); }, QStringLiteral("xy")},
-        {"date in the stored form", adDate, [](RowStore& s, qsizetype r) { setUtf8(s, r, "2024-06-01 07:08:09"); },
+        {"blob", adLongVarBinary, [](RowStore& s, qsizetype r) { s.setBlob(r, 0, "xy", 2); },
+         QStringLiteral("xy")},
+        {"date in the stored form", adDate,
+         [](RowStore& s, qsizetype r) { setUtf8(s, r, "2024-06-01 07:08:09"); },
          QStringLiteral("2024-06-01 07:08:09")},
         {"date with a T", adDate, [](RowStore& s, qsizetype r) { setUtf8(s, r, "2024-06-01T07:08:09"); },
          QStringLiteral("2024-06-01 07:08:09")},
         {"day alone", adDate, [](RowStore& s, qsizetype r) { setUtf8(s, r, "2024-06-01"); },
          QStringLiteral("2024-06-01 00:00:00")},
         {"no date", adDate, [](RowStore& s, qsizetype r) { setUtf8(s, r, "soon"); }, QStringLiteral("soon")},
-        {"date shape, no date", adDate, [](RowStore& s, qsizetype r) { setUtf8(s, r, "2024-13-45 99:99:99"); },
+        {"date shape, no date", adDate,
+         [](RowStore& s, qsizetype r) { setUtf8(s, r, "2024-13-45 99:99:99"); },
          QStringLiteral("2024-13-45 99:99:99")},
     };
     for (const TextCase& c : cases) {
@@ -66,7 +74,7 @@ TEST(RowStore, RepeatedTextsShareBytesAndReadBackTheirOwn)
 {
     auto store = storeOf(adVarWChar);
     const QByteArray path(200, 'p');
-    constexpr int kRows = 60000;   // 12 MB if every copy were kept
+    constexpr int kRows = 60000;  // 12 MB if every copy were kept
     for (int i = 0; i < kRows; ++i)
         setUtf8(*store, store->appendRow(), path);
     EXPECT_LT(store->memoryUsed(), std::size_t(6) << 20);

@@ -13,7 +13,7 @@ public:
     QString path() const { return path_; }
     QString dir() const { return dir_.path(); }
     Connection& db() { return *db_; }
-    std::unique_ptr<Connection> second() const;   // another console on the same file
+    std::unique_ptr<Connection> second() const;  // another console on the same file
     // Adds a song and answers its id.
     qint64 addSong(const QString& title, const QString& singer = {}, int index = 0,
                    const QString& language = {});

@@ -17,7 +17,8 @@ protected:
     {
         SessionFixture::SetUp();
         SearchMode().clear();
-        for (const char* t : {"中国", "ZG Band", "zg lower", "张国荣", "八月", "啊朋友", "3爱", "3八", "IV", "Unicorn", "东方"})
+        for (const char* t : {"中国", "ZG Band", "zg lower", "张国荣", "八月", "啊朋友", "3爱", "3八", "IV",
+                              "Unicorn", "东方"})
             file.addSong(QString::fromUtf8(t), QStringLiteral("s"));
         ASSERT_TRUE(openSession());
     }
@@ -42,7 +43,7 @@ TEST_F(ChineseSearch, InitialsSelectTheRightTitles)
         {"D", "东方"},
         {"3A", "3爱"},
         {"3B", "3八"},
-        {"U", "Unicorn"},   // U's range is empty: only the letter itself
+        {"U", "Unicorn"},  // U's range is empty: only the letter itself
         {"IV", "IV"},
     };
     for (const auto& [value, expected] : cases)
@@ -55,7 +56,8 @@ TEST_F(ChineseSearch, ConditionTexts)
               QString::fromUtf8(" and (Mid([title],1,1)>='匝' or UCASE(Mid([title],1,1))='Z')"
                                 " And Mid([title],2,1)='3' And UCASE(Mid([title],3,1))='I'"));
     EXPECT_EQ(AlphabetCondition(QStringLiteral("A")),
-              QString::fromUtf8(" and (Mid([title],1,1)>='啊' And Mid([title],1,1)<'八' or UCASE(Mid([title],1,1))='A')"));
+              QString::fromUtf8(
+                  " and (Mid([title],1,1)>='啊' And Mid([title],1,1)<'八' or UCASE(Mid([title],1,1))='A')"));
     EXPECT_EQ(AlphabetCondition(QStringLiteral("ab")), QString());
     SearchMode() = QStringLiteral("frmmenu/singer/name");
     EXPECT_TRUE(AlphabetCondition(QStringLiteral("A")).contains(u"Mid([name],1,1)"));
@@ -74,10 +76,14 @@ protected:
         SearchMode().clear();
         file.db().execute(QStringLiteral("insert into region (name) values ('China')"));
         const char* rows[] = {
-            "insert into song (title, singer, [language], style, grade, region, order_time) values ('Alpha', 'Ann', 'English', 'Pop', 1, 'China', 100)",
-            "insert into song (title, singer, [language], style, grade, region, order_time) values ('Beta', 'Bob', '', 'Rock', 1, null, 50)",
-            "insert into song (title, singer, [language], style, grade, region, order_time) values ('Gamma', 'Ann', null, 'Pop', 2000, null, 10)",
-            "insert into song (title, singer, [language], style, grade, region, order_time) values ('Delta', 'Cat', 'English', 'Pop', 1, 'Japan', 0)",
+            "insert into song (title, singer, [language], style, grade, region, order_time) values ('Alpha', "
+            "'Ann', 'English', 'Pop', 1, 'China', 100)",
+            "insert into song (title, singer, [language], style, grade, region, order_time) values ('Beta', "
+            "'Bob', '', 'Rock', 1, null, 50)",
+            "insert into song (title, singer, [language], style, grade, region, order_time) values ('Gamma', "
+            "'Ann', null, 'Pop', 2000, null, 10)",
+            "insert into song (title, singer, [language], style, grade, region, order_time) values ('Delta', "
+            "'Cat', 'English', 'Pop', 1, 'Japan', 0)",
             "insert into singer (name, type) values ('Ann', 'female')",
             "insert into singer (name, type) values ('Bob', 'male')",
         };
@@ -99,11 +105,15 @@ protected:
 TEST_F(EnglishSearch, TreePaths)
 {
     const std::pair<const char*, const char*> cases[] = {
-        {"", "5:song=All songs|singer=Search by singer - all|language=Search by language|style=Search by style|chars=Search by char number"},
+        {"",
+         "5:song=All songs|singer=Search by singer - all|language=Search by language|style=Search by "
+         "style|chars=Search by char number"},
         {"language", "2:None=None|English=English"},
         {"style", "2:Pop=Pop|Rock=Rock"},
         {"singer", "2:Ann=Ann|Bob=Bob"},
-        {"singer/type", "4:All artist=All artist|Search artist by alphabet=Search artist by alphabet|female=female|male=male"},
+        {"singer/type",
+         "4:All artist=All artist|Search artist by alphabet=Search artist by "
+         "alphabet|female=female|male=male"},
         {"title", "2:0=Alpha  -Ann(English)|0=Beta  -Bob"},
         {"nothing", "0:"},
     };
@@ -116,7 +126,8 @@ TEST_F(EnglishSearch, TreeValues)
 {
     const std::tuple<const char*, const char*, const char*> cases[] = {
         {"song", "Beta", "1:0=Beta  -Bob"},
-        {"language", "None", "2:0=Alpha  -Ann(English)|0=Beta  -Bob"},   // empty pattern: every non-NULL language
+        {"language", "None",
+         "2:0=Alpha  -Ann(English)|0=Beta  -Bob"},  // empty pattern: every non-NULL language
         {"style", "Rock", "1:0=Beta  -Bob"},
         {"singer/type", "singer/female", "1:Ann=Ann"},
         {"singer/male", "Bo", "1:0=Beta  -Bob"},
@@ -124,14 +135,16 @@ TEST_F(EnglishSearch, TreeValues)
         {"popularsongs/language", "None", "2:0=Alpha  -Ann(English)*****|0=Beta  -Bob****"},
     };
     for (const auto& [path, value, expected] : cases)
-        EXPECT_EQ(tree(QString::fromUtf8(path), QString::fromUtf8(value)), QString::fromUtf8(expected)) << path << value;
+        EXPECT_EQ(tree(QString::fromUtf8(path), QString::fromUtf8(value)), QString::fromUtf8(expected))
+            << path << value;
     EXPECT_EQ(AlphabetCondition(QStringLiteral("a?b")), u" and ([title] like 'a%b%')");
     EXPECT_EQ(tree(QStringLiteral("song"), QStringLiteral("it's")), u"-1:");
 }
 
 TEST(SearchHelpers, JoinConditionsSkipsEmptyOnes)
 {
-    EXPECT_EQ(JoinConditions(TextArray{QString(), QStringLiteral("a"), QString(), QStringLiteral("b")}), u"a and b");
+    EXPECT_EQ(JoinConditions(TextArray{QString(), QStringLiteral("a"), QString(), QStringLiteral("b")}),
+              u"a and b");
     EXPECT_EQ(JoinConditions(NewTextArray()), QString());
     EXPECT_EQ(SearchTypeCaption(QStringLiteral("title")), u"Search song by alphabet");
     EXPECT_EQ(SearchTypeCaption(QStringLiteral("other")), QString());
@@ -149,7 +162,7 @@ protected:
 TEST_F(Lookups, IndexBounds)
 {
     file.addSong(QStringLiteral("taken"), {}, 1500);
-    const std::pair<long long, bool> cases[] = {{0, true}, {-1, false}, {999, false}, {1000, true},
+    const std::pair<long long, bool> cases[] = {{0, true},      {-1, false},      {999, false}, {1000, true},
                                                 {999999, true}, {1000000, false}, {1500, false}};
     for (const auto& [index, ok] : cases)
         EXPECT_EQ(SongCheckIndex(index), ok) << index;
@@ -163,7 +176,7 @@ TEST_F(Lookups, LocalPathMatchesRootsExactlyAndCachesThemForAMinute)
     SongExecute(QStringLiteral("insert into library (root_path) values ('/srv/KTV/inner')"));
     QString path = QStringLiteral("/srv/KTV/inner/a.mpg"), library;
     ASSERT_TRUE(GetLocalPath(path, library, true));
-    EXPECT_EQ(library, u"/srv/KTV/");   // the first root in table order wins
+    EXPECT_EQ(library, u"/srv/KTV/");  // the first root in table order wins
     EXPECT_EQ(path, u"/inner/a.mpg");
     for (const char* miss : {"/srv/KTVS/a.mpg", "/srv/ktv/a.mpg", ""}) {
         QString p = QString::fromUtf8(miss), lib = QStringLiteral("kept");
@@ -173,7 +186,7 @@ TEST_F(Lookups, LocalPathMatchesRootsExactlyAndCachesThemForAMinute)
     SongExecute(QStringLiteral("insert into library (root_path) values ('/srv/new')"));
     QString fresh = QStringLiteral("/srv/new/b.mpg");
     clock = clock.addSecs(60);
-    EXPECT_FALSE(GetLocalPath(fresh, library, false));   // one minute: still the cached roots
+    EXPECT_FALSE(GetLocalPath(fresh, library, false));  // one minute: still the cached roots
     clock = clock.addSecs(60);
     EXPECT_TRUE(GetLocalPath(fresh, library, false));
     SetLookupClock(nullptr);
@@ -188,11 +201,14 @@ TEST_F(Lookups, MediaFileIsFoundLocallyThenOnTheShare)
     app.write(QStringLiteral("net/") + host + QStringLiteral("/Songs1/Pop/b.mpg"), "b");
     const QString local = app.write(QStringLiteral("lib/Pop/a.mpg"), "a");
     const QString root = app.file(QStringLiteral("lib"));
-    SongExecute(QStringLiteral("insert into library (root_path, shared_as) values ('") + root + QStringLiteral("', '\\Songs1')"));
+    SongExecute(QStringLiteral("insert into library (root_path, shared_as) values ('") + root +
+                QStringLiteral("', '\\Songs1')"));
     const qint64 a = file.addSong(QStringLiteral("a"));
     const qint64 b = file.addSong(QStringLiteral("b"));
-    SongExecute(QStringLiteral("update song set library='") + root + QStringLiteral("', media_file='\\Pop\\a.mpg' where id=") + QString::number(a));
-    SongExecute(QStringLiteral("update song set library='") + root + QStringLiteral("', media_file='\\Pop\\b.mpg' where id=") + QString::number(b));
+    SongExecute(QStringLiteral("update song set library='") + root +
+                QStringLiteral("', media_file='\\Pop\\a.mpg' where id=") + QString::number(a));
+    SongExecute(QStringLiteral("update song set library='") + root +
+                QStringLiteral("', media_file='\\Pop\\b.mpg' where id=") + QString::number(b));
 
     EXPECT_EQ(KtvGetFileById(a), local);
     EXPECT_EQ(KtvGetFileById(b), net + u'/' + host + QStringLiteral("/Songs1/Pop/b.mpg"));

@@ -33,10 +33,11 @@ TEST_F(OpenDatabase, MissingHomeOrFileIsReported)
 {
     QFile::remove(app.file(QStringLiteral("KtvPublic/database_home.ini")));
     EXPECT_FALSE(SongOpenDatabase());
-    pointAt(file.dir());   // a directory is no database file
+    pointAt(file.dir());  // a directory is no database file
     EXPECT_FALSE(SongOpenDatabase());
-    EXPECT_EQ(dialogs.messages(), (QStringList{QStringLiteral("Did not set song database file yet!"),
-                                               QStringLiteral("Can not find song database file! <") + file.dir() + u'>'}));
+    EXPECT_EQ(dialogs.messages(),
+              (QStringList{QStringLiteral("Did not set song database file yet!"),
+                           QStringLiteral("Can not find song database file! <") + file.dir() + u'>'}));
     EXPECT_FALSE(SongDatabaseOpen());
 }
 
@@ -45,8 +46,10 @@ TEST_F(OpenDatabase, FileThatIsNoDatabaseFailsWithStoreText)
     const QString junk = app.write(QStringLiteral("junk.db"), QByteArray(4096, 'x'));
     pointAt(junk);
     EXPECT_FALSE(SongOpenDatabase());
-    EXPECT_EQ(dialogs.messages(), QStringList{QStringLiteral("Open song database failed!  Err=file is not a database")});
-    EXPECT_TRUE(eventLog(app).contains(QStringLiteral("Open song database failed! Err = file is not a database")));
+    EXPECT_EQ(dialogs.messages(),
+              QStringList{QStringLiteral("Open song database failed!  Err=file is not a database")});
+    EXPECT_TRUE(
+        eventLog(app).contains(QStringLiteral("Open song database failed! Err = file is not a database")));
     EXPECT_FALSE(SongDatabaseOpen());
     EXPECT_EQ(SongConnection(), nullptr);
 }
@@ -64,10 +67,10 @@ class FormatAndVersion : public SessionFixture, public ::testing::WithParamInter
 TEST_P(FormatAndVersion, AsksAndFollowsTheAnswers)
 {
     const auto& c = GetParam();
-    file.db().execute(QStringLiteral("update config set [value]='") + QString::fromUtf8(c.format)
-                      + QStringLiteral("' where [key]='Format'"));
-    file.db().execute(QStringLiteral("update config set [value]='") + QString::fromUtf8(c.version)
-                      + QStringLiteral("' where [key]='Version'"));
+    file.db().execute(QStringLiteral("update config set [value]='") + QString::fromUtf8(c.format) +
+                      QStringLiteral("' where [key]='Format'"));
+    file.db().execute(QStringLiteral("update config set [value]='") + QString::fromUtf8(c.version) +
+                      QStringLiteral("' where [key]='Version'"));
     for (MsgAnswer a : c.answers)
         dialogs.answer(a);
     EXPECT_EQ(SongOpenDatabase(), c.opened);
@@ -90,7 +93,8 @@ TEST_F(OpenDatabase, VersionQuestionShowsBothVersions)
     dialogs.answer(MsgAnswer::No);
     SongOpenDatabase();
     EXPECT_EQ(dialogs.messages().value(0),
-              u"Database version is out of date! Process anyway?\r\nCurrent Version = 8.09    Expect Version = 8.1");
+              u"Database version is out of date! Process anyway?\r\nCurrent Version = 8.09    Expect Version "
+              u"= 8.1");
 }
 
 TEST_F(OpenDatabase, HomePathInsideProgramFolderIsStoredRelative)
@@ -98,7 +102,8 @@ TEST_F(OpenDatabase, HomePathInsideProgramFolderIsStoredRelative)
     QString chosen = AppPath() + QStringLiteral("/data/song.db");
     EXPECT_EQ(DatabaseHomePath(QStringLiteral("SongServer"), chosen, true), u"./data/song.db");
     QString read;
-    EXPECT_EQ(DatabaseHomePath(QStringLiteral("SongServer"), read, false), AppPath() + QStringLiteral("/data/song.db"));
+    EXPECT_EQ(DatabaseHomePath(QStringLiteral("SongServer"), read, false),
+              AppPath() + QStringLiteral("/data/song.db"));
     QString share = QStringLiteral("\\\\Server1\\KtvPublic\\song.db");
     DatabaseHomePath(QStringLiteral("SongServer"), share, true);
     EXPECT_EQ(DatabaseHomePath(QStringLiteral("SongServer"), read, false), share);
@@ -113,7 +118,8 @@ TEST_F(ConfigStore, ReadsDefaultsAndWritesOneRow)
     ASSERT_TRUE(openSession());
     EXPECT_EQ(SongReadValue(QString(), QStringLiteral("MinIndex"), QStringLiteral("1000")), u"1000");
     EXPECT_TRUE(SongWriteValue(QString(), QStringLiteral("MinIndex"), QStringLiteral("2000")));
-    EXPECT_TRUE(SongWriteValue(QStringLiteral("Default"), QStringLiteral("MinIndex"), QStringLiteral("3000")));
+    EXPECT_TRUE(
+        SongWriteValue(QStringLiteral("Default"), QStringLiteral("MinIndex"), QStringLiteral("3000")));
     EXPECT_EQ(SongReadValue(QString(), QStringLiteral("MinIndex"), QStringLiteral("1000")), u"3000");
     auto rs = file.db().openRecordset(QStringLiteral("select * from config where [key]='MinIndex'"));
     EXPECT_EQ(rs->RecordCount(), 1);
@@ -125,7 +131,8 @@ TEST_F(ConfigStore, FailedStatementShowsBothMessages)
     EXPECT_EQ(SongReadValue(QStringLiteral("it's"), QStringLiteral("k"), QStringLiteral("def")), u"def");
     ASSERT_EQ(dialogs.messages().size(), 2);
     EXPECT_TRUE(dialogs.messages()[0].startsWith(u"SongOpenRecordset failed! Err="));
-    EXPECT_TRUE(dialogs.messages()[0].endsWith(u"\r\nSQL=select [value] from config where [section]='it's' and [key]='k'"));
+    EXPECT_TRUE(dialogs.messages()[0].endsWith(
+        u"\r\nSQL=select [value] from config where [section]='it's' and [key]='k'"));
     EXPECT_TRUE(dialogs.messages()[1].startsWith(u"SongReadValue failed! Err="));
     EXPECT_FALSE(SongExecute(QStringLiteral("delete * from song; delete * from singer")));
 }
@@ -141,7 +148,8 @@ TEST_F(ImageFields, PhotographRoundTripsByteForByte)
             photo[i] = char(i * 31 + 7);
         const QString in = app.write(QStringLiteral("in.jpg"), photo);
         std::unique_ptr<Recordset> rs;
-        ASSERT_TRUE(SongGetRecordset(QString(), QStringLiteral("singer"), QStringLiteral("name='x'"), QString(), rs));
+        ASSERT_TRUE(
+            SongGetRecordset(QString(), QStringLiteral("singer"), QStringLiteral("name='x'"), QString(), rs));
         rs->AddNew();
         rs->Fields(QStringLiteral("name")).setValue(QStringLiteral("x"));
         ASSERT_TRUE(SaveImageField(rs.get(), in));
@@ -165,7 +173,8 @@ TEST_F(ImageFields, NoPhotographWritesNoFile)
     ASSERT_TRUE(openSession());
     SongExecute(QStringLiteral("insert into singer (name) values ('y')"));
     std::unique_ptr<Recordset> rs;
-    ASSERT_TRUE(SongGetRecordset(QStringLiteral("*"), QStringLiteral("singer"), QStringLiteral("all"), QString(), rs));
+    ASSERT_TRUE(SongGetRecordset(QStringLiteral("*"), QStringLiteral("singer"), QStringLiteral("all"),
+                                 QString(), rs));
     EXPECT_FALSE(LoadImageField(rs.get(), app.file(QStringLiteral("none.jpg"))));
     EXPECT_FALSE(QFile::exists(app.file(QStringLiteral("none.jpg"))));
     EXPECT_FALSE(LoadImageField(nullptr, app.file(QStringLiteral("none.jpg"))));

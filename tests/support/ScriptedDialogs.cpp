@@ -2,8 +2,14 @@
 
 namespace td::test {
 
-ScriptedDialogs::ScriptedDialogs() { SetDialogs(this); }
-ScriptedDialogs::~ScriptedDialogs() { SetDialogs(nullptr); }
+ScriptedDialogs::ScriptedDialogs()
+{
+    SetDialogs(this);
+}
+ScriptedDialogs::~ScriptedDialogs()
+{
+    SetDialogs(nullptr);
+}
 
 QStringList ScriptedDialogs::messages() const
 {
@@ -14,7 +20,8 @@ QStringList ScriptedDialogs::messages() const
     return out;
 }
 
-MsgAnswer ScriptedDialogs::message(const QString& text, MsgButtons buttons, MsgIcon icon, const QString& title)
+MsgAnswer ScriptedDialogs::message(const QString& text, MsgButtons buttons, MsgIcon icon,
+                                   const QString& title)
 {
     calls_.push_back({QStringLiteral("message"), text, buttons, icon, title});
     if (!answers_.empty()) {
@@ -23,13 +30,13 @@ MsgAnswer ScriptedDialogs::message(const QString& text, MsgButtons buttons, MsgI
         return a;
     }
     switch (buttons) {
-    case MsgButtons::YesNo:
-    case MsgButtons::YesNoCancel:
-        return MsgAnswer::Yes;
-    case MsgButtons::RetryCancel:
-        return MsgAnswer::Retry;
-    default:
-        return MsgAnswer::Ok;
+        case MsgButtons::YesNo:
+        case MsgButtons::YesNoCancel:
+            return MsgAnswer::Yes;
+        case MsgButtons::RetryCancel:
+            return MsgAnswer::Retry;
+        default:
+            return MsgAnswer::Ok;
     }
 }
 
@@ -47,7 +54,8 @@ std::optional<QString> ScriptedDialogs::inputBox(const QString& prompt, const QS
 
 QStringList ScriptedDialogs::openFiles(const OpenFileRequest& request)
 {
-    calls_.push_back({QStringLiteral("open"), request.title, MsgButtons::OkCancel, MsgIcon::None, request.filter});
+    calls_.push_back(
+        {QStringLiteral("open"), request.title, MsgButtons::OkCancel, MsgIcon::None, request.filter});
     if (files_.empty())
         return {};
     auto v = files_.front();
@@ -57,7 +65,8 @@ QStringList ScriptedDialogs::openFiles(const OpenFileRequest& request)
 
 QString ScriptedDialogs::saveFile(const OpenFileRequest& request)
 {
-    calls_.push_back({QStringLiteral("save"), request.title, MsgButtons::OkCancel, MsgIcon::None, request.filter});
+    calls_.push_back(
+        {QStringLiteral("save"), request.title, MsgButtons::OkCancel, MsgIcon::None, request.filter});
     if (files_.empty())
         return {};
     auto v = files_.front();

@@ -14,14 +14,14 @@ namespace td::test {
 class ScriptedDialogs : public DialogSeam {
 public:
     struct Call {
-        QString kind;    // "message", "input", "open", "save", "folder"
-        QString text;    // message text, prompt or dialog title
+        QString kind;  // "message", "input", "open", "save", "folder"
+        QString text;  // message text, prompt or dialog title
         MsgButtons buttons = MsgButtons::Ok;
         MsgIcon icon = MsgIcon::None;
         QString title;
     };
 
-    ScriptedDialogs();   // installs itself as the seam
+    ScriptedDialogs();            // installs itself as the seam
     ~ScriptedDialogs() override;  // restores the previous seam
 
     void answer(MsgAnswer a) { answers_.push_back(a); }
@@ -31,7 +31,7 @@ public:
     void folder(QString path) { folders_.push_back(std::move(path)); }
 
     const std::vector<Call>& calls() const { return calls_; }
-    QStringList messages() const;        // texts of the message boxes, in order
+    QStringList messages() const;  // texts of the message boxes, in order
     void clear() { calls_.clear(); }
 
     MsgAnswer message(const QString& text, MsgButtons buttons, MsgIcon icon, const QString& title) override;

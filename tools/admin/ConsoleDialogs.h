@@ -10,7 +10,10 @@ public:
     ConsoleDialogs() { SetDialogs(this); }
     ~ConsoleDialogs() override { SetDialogs(nullptr); }
     MsgAnswer message(const QString& text, MsgButtons buttons, MsgIcon icon, const QString& title) override;
-    std::optional<QString> inputBox(const QString&, const QString&, const QString&) override { return std::nullopt; }
+    std::optional<QString> inputBox(const QString&, const QString&, const QString&) override
+    {
+        return std::nullopt;
+    }
     QStringList openFiles(const OpenFileRequest&) override { return {}; }
     QString saveFile(const OpenFileRequest&) override { return {}; }
     QString pickFolder(const QString&, const QString&) override { return {}; }

@@ -32,7 +32,10 @@ struct Failure {
     QString text;
 };
 
-void print(const QString& text) { std::fputs((text + u'\n').toUtf8().constData(), stdout); }
+void print(const QString& text)
+{
+    std::fputs((text + u'\n').toUtf8().constData(), stdout);
+}
 
 // The value after an option such as --songs, or the default.
 QString option(QStringList& args, const QString& name, const QString& def)
@@ -47,7 +50,10 @@ QString option(QStringList& args, const QString& name, const QString& def)
     return value;
 }
 
-bool flag(QStringList& args, const QString& name) { return args.removeAll(name) > 0; }
+bool flag(QStringList& args, const QString& name)
+{
+    return args.removeAll(name) > 0;
+}
 
 void expectArgs(const QStringList& args, qsizetype min, qsizetype max)
 {
@@ -149,7 +155,8 @@ int main(int argc, char** argv)
             return sql(args);
         if (command == u"search")
             return search(args);
-        throw Failure{command.isEmpty() ? QStringLiteral("no command") : QStringLiteral("unknown command ") + command};
+        throw Failure{command.isEmpty() ? QStringLiteral("no command")
+                                        : QStringLiteral("unknown command ") + command};
     } catch (const Failure& f) {
         std::fprintf(stderr, "tunedesk-admin: %s\n", f.text.toLocal8Bit().constData());
         if (command.isEmpty())
