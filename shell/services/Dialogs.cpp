@@ -1,16 +1,11 @@
 #include "shell/services/Dialogs.h"
 #include "shell/services/QtDialogs.h"
+#include "shell/services/Seam.h"
 #include <QPointer>
 #include <QWidget>
 
 namespace td {
 namespace {
-
-DialogSeam*& installed()
-{
-    static DialogSeam* seam = nullptr;
-    return seam;
-}
 
 QPointer<QWidget>& owner()
 {
@@ -22,15 +17,12 @@ QPointer<QWidget>& owner()
 
 DialogSeam& Dialogs()
 {
-    if (installed())
-        return *installed();
-    static QtDialogs qt;
-    return qt;
+    return Seam<DialogSeam, QtDialogs>::get();
 }
 
 void SetDialogs(DialogSeam* seam)
 {
-    installed() = seam;
+    Seam<DialogSeam, QtDialogs>::install(seam);
 }
 void SetDialogOwner(QWidget* w)
 {

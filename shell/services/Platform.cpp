@@ -1,4 +1,5 @@
 #include "shell/services/Platform.h"
+#include "shell/services/Seam.h"
 #include <QDir>
 #include <QFile>
 #include <QProcess>
@@ -98,25 +99,16 @@ public:
     }
 };
 
-PlatformSeam*& installed()
-{
-    static PlatformSeam* seam = nullptr;
-    return seam;
-}
-
 }  // namespace
 
 PlatformSeam& Platform()
 {
-    if (installed())
-        return *installed();
-    static LinuxPlatform system;
-    return system;
+    return Seam<PlatformSeam, LinuxPlatform>::get();
 }
 
 void SetPlatform(PlatformSeam* seam)
 {
-    installed() = seam;
+    Seam<PlatformSeam, LinuxPlatform>::install(seam);
 }
 
 }  // namespace td

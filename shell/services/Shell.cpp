@@ -1,5 +1,6 @@
 #include "shell/services/Shell.h"
 #include "shell/services/Ini.h"
+#include "shell/services/Seam.h"
 #include <QDir>
 #include <QProcess>
 
@@ -30,25 +31,16 @@ public:
     }
 };
 
-ShellSeam*& installed()
-{
-    static ShellSeam* seam = nullptr;
-    return seam;
-}
-
 }  // namespace
 
 ShellSeam& Shell()
 {
-    if (installed())
-        return *installed();
-    static DesktopShell desktop;
-    return desktop;
+    return Seam<ShellSeam, DesktopShell>::get();
 }
 
 void SetShell(ShellSeam* seam)
 {
-    installed() = seam;
+    Seam<ShellSeam, DesktopShell>::install(seam);
 }
 
 void OpenInternetShortcut(const QString& location)
