@@ -47,7 +47,7 @@ QStringList CreateDemoMedia(const QString& root, int count)
     if (!QDir().mkpath(clips) || !QDir().mkpath(QDir(root).filePath(QStringLiteral("Pop"))))
         throw AppError(QStringLiteral("Cannot create folder ") + root);
     const QString ffmpeg = QStandardPaths::findExecutable(QStringLiteral("ffmpeg"));
-    const QString sources[] = {QDir(clips).filePath(QStringLiteral("clip.mpg")),
+    const QString sources[] = {QDir(clips).filePath(QStringLiteral("clip.vob")),
                                QDir(clips).filePath(QStringLiteral("clip.mp3"))};
     for (int i = 0; i < 2; ++i)
         if (ffmpeg.isEmpty() || !makeClip(ffmpeg, sources[i], i == 0))
@@ -57,7 +57,7 @@ QStringList CreateDemoMedia(const QString& root, int count)
     for (int i = 0; i < count; ++i) {
         const QString relative = QStringLiteral("/Pop/%1%2")
                                      .arg(i, 6, 10, QLatin1Char('0'))
-                                     .arg(i % 2 ? QStringLiteral(".mp3") : QStringLiteral(".mpg"));
+                                     .arg(i % 2 ? QStringLiteral(".mp3") : QStringLiteral(".vob"));
         const QString target = root + relative;
         const QByteArray from = QFile::encodeName(sources[i % 2]);
         if (::link(from.constData(), QFile::encodeName(target).constData()) != 0 &&

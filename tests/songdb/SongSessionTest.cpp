@@ -54,6 +54,38 @@ TEST_F(OpenDatabase, FileThatIsNoDatabaseFailsWithStoreText)
     EXPECT_EQ(SongConnection(), nullptr);
 }
 
+TEST_F(OpenDatabase, DatabaseWithoutTheTablesAsksAndAnswerNoLeavesNothingOpen)
+{
+    const QString bare = app.file(QStringLiteral("bare.db"));
+    OpenConnection(bare, {5000, false, true})->execute(QStringLiteral("create table other (x integer)"));
+    pointAt(bare);
+    dialogs.answer(MsgAnswer::No);
+    EXPECT_FALSE(SongOpenDatabase());
+    const QStringList shown = dialogs.messages();
+    ASSERT_EQ(shown.size(), 3) << shown.join(QStringLiteral("\n")).toStdString();
+    EXPECT_TRUE(shown[0].startsWith(QStringLiteral("SongOpenRecordset failed! Err=")));
+    EXPECT_TRUE(shown[0].contains(QStringLiteral("config")));
+    EXPECT_TRUE(shown[1].startsWith(QStringLiteral("SongReadValue failed! Err=")));
+    EXPECT_EQ(shown[2], QStringLiteral("Invalid database format! Process anyway?"));
+    EXPECT_FALSE(SongDatabaseOpen());
+    EXPECT_TRUE(SongDatabaseFile().isEmpty());
+}
+
+TEST_F(OpenDatabase, FileLockedByAnotherConsoleWaitsThenReportsTheStoreText)
+{
+    auto other = file.second();
+    other->execute(QStringLiteral("begin exclusive"));
+    EXPECT_FALSE(SongOpenDatabase());
+    // The store refuses the open once the connection timeout has passed.
+    EXPECT_EQ(dialogs.messages(), QStringList{QStringLiteral("Open song database failed!  Err=database is locked")});
+    EXPECT_FALSE(SongDatabaseOpen());
+    EXPECT_EQ(SongConnection(), nullptr);
+    other->execute(QStringLiteral("rollback"));
+    dialogs.clear();
+    EXPECT_TRUE(SongOpenDatabase());
+    EXPECT_TRUE(dialogs.messages().isEmpty());
+}
+
 struct QuestionCase {
     const char* format;
     const char* version;

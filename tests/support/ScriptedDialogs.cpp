@@ -24,7 +24,8 @@ MsgAnswer ScriptedDialogs::message(const QString& text, MsgButtons buttons, MsgI
                                    const QString& title)
 {
     calls_.push_back({QStringLiteral("message"), text, buttons, icon, title});
-    if (!answers_.empty()) {
+    // Scripted answers go to questions; a box with only OK takes none.
+    if (buttons != MsgButtons::Ok && !answers_.empty()) {
         MsgAnswer a = answers_.front();
         answers_.pop_front();
         return a;

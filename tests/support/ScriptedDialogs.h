@@ -9,7 +9,8 @@
 namespace td::test {
 
 // A dialog seam for tests: records every question the code asks and answers from a script.
-// An unscripted message box answers its first button (Ok or Yes); an unscripted file or folder
+// Scripted answers go to questions in order; a box with only OK takes none and answers Ok.
+// An unscripted question answers its first button (Ok or Yes); an unscripted file or folder
 // dialog and input box answer as if cancelled.
 class ScriptedDialogs : public DialogSeam {
 public:
