@@ -17,6 +17,7 @@ if [ ! -e "$demo/song.db" ]; then
 fi
 if [ ! -e "$home" ]; then
   mkdir -p "$(dirname "$home")"
-  printf '[SongServer]\nLocal=%s\n' "$demo/song.db" >"$home"
+  # Stored relative to the program folder, as the console itself stores such paths.
+  printf '[SongServer]\nLocal=./demo/song.db\n' >"$home"
 fi
 exec "$build/tunedesk"
