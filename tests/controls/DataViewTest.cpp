@@ -10,6 +10,7 @@
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QTest>
 #include <QTimer>
 #include <QTreeView>
 #include <gtest/gtest.h>
@@ -306,6 +307,28 @@ TEST_F(DataView, StateComesBeforeSelectionWithElementZeroEmpty)
     EXPECT_EQ(states.back().selected, 1);
     EXPECT_EQ(lastSelection, (QList<int>{0, 3}));
     EXPECT_EQ(view->statusStrip()->positionBox()->text(), QStringLiteral("3"));
+}
+
+// A key reaches the owner as down, press with its character, and up after the state is told.
+TEST_F(DataView, KeysReachTheOwnerInTheirOrder)
+{
+    make(3);
+    view->LoadViewData();
+    QObject::connect(view.get(), &ctlDataView::KeyDown, [this](int code, int shift) {
+        events << QStringLiteral("down %1 %2").arg(code).arg(shift);
+    });
+    QObject::connect(view.get(), &ctlDataView::KeyPress,
+                     [this](int ascii) { events << QStringLiteral("press %1").arg(ascii); });
+    QObject::connect(view.get(), &ctlDataView::KeyUp, [this](int code, int shift) {
+        events << QStringLiteral("up %1 %2").arg(code).arg(shift);
+    });
+    events.clear();
+    QTest::keyClick(view->list(), Qt::Key_A);
+    QTest::keyClick(view->list(), Qt::Key_Down);
+    EXPECT_EQ(events,
+              (QStringList{QStringLiteral("down 65 0"), QStringLiteral("press 97"), QStringLiteral("state"),
+                           QStringLiteral("selected"), QStringLiteral("up 65 0"), QStringLiteral("down 40 0"),
+                           QStringLiteral("state"), QStringLiteral("selected"), QStringLiteral("up 40 0")}));
 }
 
 TEST_F(DataView, ItemOperationsReportWithoutSelectionCounts)
