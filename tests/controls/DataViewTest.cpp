@@ -205,6 +205,20 @@ TEST_F(DataView, CancelStopsAtAThousandAndTheListCompletesItself)
     EXPECT_EQ(view->MainItems().Text(2500), QStringLiteral("Song 2500"));
 }
 
+// The flag is only looked at on a thousandth record, so a shorter list always loads whole.
+TEST_F(DataView, AShortLoadCannotBeCancelled)
+{
+    make(999);
+    bool pressed = false;
+    QTimer::singleShot(0, view->statusStrip()->cancelButton(), [this, &pressed] {
+        pressed = !view->statusStrip()->cancelButton()->isHidden();
+        view->statusStrip()->cancelButton()->click();
+    });
+    EXPECT_TRUE(view->LoadViewData());
+    EXPECT_TRUE(pressed);  // during the load
+    EXPECT_EQ(view->MainItems().Count(), 999);
+}
+
 TEST_F(DataView, EverySortClickAfterTheFirstFlipsTheOrder)
 {
     make(12);
