@@ -536,6 +536,8 @@ bool ctlDataView::eventFilter(QObject* watched, QEvent* event)
         if (event->type() == QEvent::KeyPress) {
             auto* key = static_cast<QKeyEvent*>(event);
             emit KeyDown(VbKeyCode(key->key()), VbShift(key->modifiers()));
+            if (!key->text().isEmpty())
+                emit KeyPress(key->text().at(0).unicode());
         } else if (event->type() == QEvent::KeyRelease) {
             auto* key = static_cast<QKeyEvent*>(event);
             UpdateViewState();

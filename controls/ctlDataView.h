@@ -81,6 +81,7 @@ signals:
     void Click();
     void DblClick();
     void KeyDown(int keyCode, int shift);
+    void KeyPress(int keyAscii);
     void KeyUp(int keyCode, int shift);
     void MouseDown(int button, int shift, int x, int y);
     void MouseMove(int button, int shift, int x, int y);

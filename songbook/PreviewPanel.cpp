@@ -13,6 +13,7 @@
 #include <QScrollBar>
 #include <QSlider>
 #include <QStyle>
+#include <cmath>
 
 namespace td {
 
@@ -94,11 +95,15 @@ bool PreviewPanel::LoadLogo()
     return false;
 }
 
+// The stored value is ten times the slider's step, rounded half to even; a value that is no number
+// or lies beyond the slider gives the middle step.
 void PreviewPanel::LoadVolume()
 {
     bool ok = false;
-    const int stored = AppIniRead(QStringLiteral("Volume"), QStringLiteral("50")).trimmed().toInt(&ok);
-    sldVolume_->setValue(ok ? stored / 10 : 5);
+    const double stored = AppIniRead(QStringLiteral("Volume"), QStringLiteral("50")).trimmed().toDouble(&ok);
+    const double step = std::nearbyint(stored / 10);
+    const bool fits = ok && step >= sldVolume_->minimum() && step <= sldVolume_->maximum();
+    sldVolume_->setValue(fits ? int(step) : 5);
 }
 
 void PreviewPanel::Stop()

@@ -10,6 +10,7 @@
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QTest>
 #include <QTimer>
 #include <QTreeView>
 #include <gtest/gtest.h>
@@ -204,6 +205,20 @@ TEST_F(DataView, CancelStopsAtAThousandAndTheListCompletesItself)
     EXPECT_EQ(view->MainItems().Text(2500), QStringLiteral("Song 2500"));
 }
 
+// The flag is only looked at on a thousandth record, so a shorter list always loads whole.
+TEST_F(DataView, AShortLoadCannotBeCancelled)
+{
+    make(999);
+    bool pressed = false;
+    QTimer::singleShot(0, view->statusStrip()->cancelButton(), [this, &pressed] {
+        pressed = !view->statusStrip()->cancelButton()->isHidden();
+        view->statusStrip()->cancelButton()->click();
+    });
+    EXPECT_TRUE(view->LoadViewData());
+    EXPECT_TRUE(pressed);  // during the load
+    EXPECT_EQ(view->MainItems().Count(), 999);
+}
+
 TEST_F(DataView, EverySortClickAfterTheFirstFlipsTheOrder)
 {
     make(12);
@@ -306,6 +321,28 @@ TEST_F(DataView, StateComesBeforeSelectionWithElementZeroEmpty)
     EXPECT_EQ(states.back().selected, 1);
     EXPECT_EQ(lastSelection, (QList<int>{0, 3}));
     EXPECT_EQ(view->statusStrip()->positionBox()->text(), QStringLiteral("3"));
+}
+
+// A key reaches the owner as down, press with its character, and up after the state is told.
+TEST_F(DataView, KeysReachTheOwnerInTheirOrder)
+{
+    make(3);
+    view->LoadViewData();
+    QObject::connect(view.get(), &ctlDataView::KeyDown, [this](int code, int shift) {
+        events << QStringLiteral("down %1 %2").arg(code).arg(shift);
+    });
+    QObject::connect(view.get(), &ctlDataView::KeyPress,
+                     [this](int ascii) { events << QStringLiteral("press %1").arg(ascii); });
+    QObject::connect(view.get(), &ctlDataView::KeyUp, [this](int code, int shift) {
+        events << QStringLiteral("up %1 %2").arg(code).arg(shift);
+    });
+    events.clear();
+    QTest::keyClick(view->list(), Qt::Key_A);
+    QTest::keyClick(view->list(), Qt::Key_Down);
+    EXPECT_EQ(events,
+              (QStringList{QStringLiteral("down 65 0"), QStringLiteral("press 97"), QStringLiteral("state"),
+                           QStringLiteral("selected"), QStringLiteral("up 65 0"), QStringLiteral("down 40 0"),
+                           QStringLiteral("state"), QStringLiteral("selected"), QStringLiteral("up 40 0")}));
 }
 
 TEST_F(DataView, ItemOperationsReportWithoutSelectionCounts)

@@ -7,6 +7,7 @@
 #include "songbook/SplitterBar.h"
 #include "songbook/frmSong.h"
 #include <QAction>
+#include <QSlider>
 
 using namespace td;
 
@@ -56,6 +57,20 @@ TEST_F(SongbookLayout, SplittersStopShortOfTheEdges)
     // A resize of the window puts the splitter back at two thirds.
     song->resize(900, 700);
     EXPECT_EQ(song->lblMove()->x(), 600);
+}
+
+TEST_F(SongbookLayout, StoredVolumeBecomesSliderStepsOrTheMiddle)
+{
+    const struct {
+        const char* stored;
+        int steps;
+    } cases[] = {{"50", 5},   {"80", 8},  {"75", 8}, {"65", 6},  {"47.5", 5}, {"0", 0},
+                 {"100", 10}, {"abc", 5}, {"", 5},   {"200", 5}, {"-10", 5}};
+    for (const auto& c : cases) {
+        AppIniWrite(QStringLiteral("Volume"), QString::fromLatin1(c.stored));
+        song->picMoni()->LoadVolume();
+        EXPECT_EQ(song->picMoni()->sldVolume()->value(), c.steps) << c.stored;
+    }
 }
 
 }  // namespace
