@@ -10,8 +10,9 @@ namespace td {
 // Every operation throws AppError with the store's or the translation's error text.
 class Connection {
 public:
-    // A connection without a backend is closed: every statement on it fails.
-    explicit Connection(std::shared_ptr<Backend> backend = nullptr);
+    // A connection without a backend is closed: every statement on it fails, with the reason the
+    // store refused to open it when one is given.
+    explicit Connection(std::shared_ptr<Backend> backend = nullptr, QString refusal = {});
     ~Connection();
 
     bool isOpen() const;
@@ -25,7 +26,10 @@ public:
     qint64 execute(const QString& jetSql);
 
 private:
+    [[noreturn]] void throwClosed() const;
+
     std::shared_ptr<Backend> backend_;
+    QString refusal_;
 };
 
 // How a database file or address is opened.

@@ -146,8 +146,9 @@ std::unique_ptr<Connection> OpenAccessDatabase(const QString& path, const QStrin
     try {
         return OpenConnection(location);
     } catch (const std::exception& e) {
+        // Closed, without a message; its first statement fails with the store's reason.
         SetSongLastError(ErrorText(e));
-        return std::make_unique<Connection>();
+        return std::make_unique<Connection>(nullptr, ErrorText(e));
     }
 }
 

@@ -77,7 +77,8 @@ TEST_F(OpenDatabase, FileLockedByAnotherConsoleWaitsThenReportsTheStoreText)
     other->execute(QStringLiteral("begin exclusive"));
     EXPECT_FALSE(SongOpenDatabase());
     // The store refuses the open once the connection timeout has passed.
-    EXPECT_EQ(dialogs.messages(), QStringList{QStringLiteral("Open song database failed!  Err=database is locked")});
+    EXPECT_EQ(dialogs.messages(),
+              QStringList{QStringLiteral("Open song database failed!  Err=database is locked")});
     EXPECT_FALSE(SongDatabaseOpen());
     EXPECT_EQ(SongConnection(), nullptr);
     other->execute(QStringLiteral("rollback"));
@@ -141,6 +142,41 @@ TEST_F(OpenDatabase, HomePathInsideProgramFolderIsStoredRelative)
     EXPECT_EQ(DatabaseHomePath(QStringLiteral("SongServer"), read, false), share);
     EXPECT_EQ(GetServerHost(share), u"Server1");
     EXPECT_EQ(GetServerHost(QStringLiteral("postgresql://ktv@db1:5432/songs")), u"db1");
+}
+
+class OtherDatabase : public SessionFixture {};
+
+TEST_F(OtherDatabase, MissingFileIsReportedAndGivesNoConnection)
+{
+    const QString missing = app.file(QStringLiteral("gone.db"));
+    EXPECT_EQ(OpenAccessDatabase(missing, QString()), nullptr);
+    EXPECT_EQ(dialogs.messages(), QStringList{QStringLiteral("Can't find access database file <") + missing +
+                                              QStringLiteral(">!")});
+    EXPECT_TRUE(eventLog(app).contains(QStringLiteral("Can't find access database file <") + missing + u'>'));
+}
+
+// A refused file shows nothing at the open; the first statement fails with the store's reason.
+TEST_F(OtherDatabase, RefusedFileGivesAClosedConnectionThatSaysWhy)
+{
+    const std::pair<const char*, const char*> cases[] = {
+        {"ktv1.mdb", ".mdb"},
+        {"junk.db", "file is not a database"},
+    };
+    for (const auto& [name, reason] : cases) {
+        auto db = OpenAccessDatabase(app.write(QString::fromUtf8(name), QByteArray(4096, 'x')), QString());
+        ASSERT_NE(db, nullptr) << name;
+        EXPECT_FALSE(db->isOpen()) << name;
+        EXPECT_TRUE(dialogs.messages().isEmpty()) << name;
+        try {
+            db->openRecordset(QStringLiteral("select * from song"));
+            ADD_FAILURE() << name;
+        } catch (const std::exception& e) {
+            EXPECT_TRUE(ErrorText(e).contains(QString::fromUtf8(reason))) << ErrorText(e).toStdString();
+        }
+    }
+    auto good = OpenAccessDatabase(file.path(), QString());
+    ASSERT_NE(good, nullptr);
+    EXPECT_TRUE(good->isOpen());
 }
 
 class ConfigStore : public SessionFixture {};
