@@ -64,8 +64,16 @@ qint64 Connection::execute(const QString& jetSql)
     return backend_->execute(st.sql);
 }
 
+bool IsServerAddress(const QString& location)
+{
+    return location.startsWith(u"postgresql://", Qt::CaseInsensitive);
+}
+
 std::unique_ptr<Connection> OpenConnection(const QString& location, const OpenOptions& options)
 {
+    // Without this, SQLite would take the address for a file name and report a missing file.
+    if (IsServerAddress(location))
+        throw AppError(QStringLiteral("PostgreSQL databases are not available in this version."));
     if (location.endsWith(QStringLiteral(".mdb"), Qt::CaseInsensitive))
         throw AppError(QStringLiteral("Reading Access databases (.mdb) is not available in this version."));
     auto backend =

@@ -39,6 +39,9 @@ struct OpenOptions {
     bool create = false;  // create the file when it does not exist (the admin tool)
 };
 
+// A postgresql:// address of a database server rather than a file path.
+bool IsServerAddress(const QString& location);
+
 // Opens the database at a location: a SQLite file. Throws AppError when the store refuses it
 // (not a database, locked, unreadable); the connection is then not left half open.
 std::unique_ptr<Connection> OpenConnection(const QString& location, const OpenOptions& options = {});

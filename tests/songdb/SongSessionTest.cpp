@@ -54,6 +54,19 @@ TEST_F(OpenDatabase, FileThatIsNoDatabaseFailsWithStoreText)
     EXPECT_EQ(SongConnection(), nullptr);
 }
 
+// An address takes the place of the file test; without a server backend the open is refused.
+TEST_F(OpenDatabase, ServerAddressIsRefusedAsNotAvailable)
+{
+    pointAt(QStringLiteral("postgresql://ktv@db1:5432/songs"));
+    EXPECT_FALSE(SongOpenDatabase());
+    EXPECT_EQ(
+        dialogs.messages(),
+        QStringList{QStringLiteral(
+            "Open song database failed!  Err=PostgreSQL databases are not available in this version.")});
+    EXPECT_FALSE(SongDatabaseOpen());
+    EXPECT_EQ(SongConnection(), nullptr);
+}
+
 TEST_F(OpenDatabase, DatabaseWithoutTheTablesAsksAndAnswerNoLeavesNothingOpen)
 {
     const QString bare = app.file(QStringLiteral("bare.db"));
