@@ -131,10 +131,11 @@ QString GetLibraryRemotePath(const QString& root)
     }
     if (rs->RecordCount() < 1)
         return {};
-    const QString shared = rs->text(0, 0);
+    // One leading separator names a share on the database's host; two, a full share path, unused.
+    QString shared = rs->text(0, 0).replace(u'\\', u'/');
     const QString host = SongServerHost();
-    if (!host.isEmpty() && shared.startsWith(u'\\') && !shared.startsWith(u"\\\\"))
-        return QStringLiteral("\\\\") + host + shared;
+    if (!host.isEmpty() && shared.startsWith(u'/') && !shared.startsWith(u"//"))
+        return QStringLiteral("//") + host + shared;
     return {};
 }
 

@@ -1,3 +1,4 @@
+#include "../shell/FakePlatform.h"
 #include "SessionFixture.h"
 #include "songdb/CatalogueLookups.h"
 #include "songdb/SongSearch.h"
@@ -212,10 +213,60 @@ TEST_F(Lookups, MediaFileIsFoundLocallyThenOnTheShare)
 
     EXPECT_EQ(KtvGetFileById(a), local);
     EXPECT_EQ(KtvGetFileById(b), net + u'/' + host + QStringLiteral("/Songs1/Pop/b.mpg"));
-    EXPECT_EQ(GetLibraryRemotePath(root), QStringLiteral("\\\\") + host + QStringLiteral("\\Songs1"));
+    EXPECT_EQ(GetLibraryRemotePath(root), QStringLiteral("//") + host + QStringLiteral("/Songs1"));
     EXPECT_EQ(KtvGetFileById(0), QString());
     EXPECT_TRUE(LibraryExists(root));
     EXPECT_FALSE(LibraryExists(root + u'x'));
+}
+
+// Runs each case on its own session, as the host the database lies on.
+class RemotePath : public SessionFixture {
+protected:
+    QString remoteOf(const QString& sharedAs, const QString& host)
+    {
+        machine.name = host;
+        EXPECT_TRUE(openSession());
+        SongExecute(QStringLiteral("delete * from library"));
+        SongExecute(QStringLiteral("insert into library (root_path, shared_as) values ('/lib', ") + sharedAs +
+                    u')');
+        const QString remote = GetLibraryRemotePath(QStringLiteral("/lib"));
+        SongCloseDatabase();
+        return remote;
+    }
+    test::FakePlatform machine;
+};
+
+TEST_F(RemotePath, OneLeadingSeparatorNamesAShareOnTheDatabaseHost)
+{
+    const std::tuple<const char*, const char*, const char*> cases[] = {
+        {"'\\Songs1'", "KTV1", "//KTV1/Songs1"},
+        {"'/Songs1'", "KTV1", "//KTV1/Songs1"},
+        {"'\\Songs1\\Pop'", "KTV1", "//KTV1/Songs1/Pop"},
+        {"'\\\\Other\\Songs1'", "KTV1", ""},  // a full share path is not used
+        {"'//Other/Songs1'", "KTV1", ""},
+        {"'Songs1'", "KTV1", ""},
+        {"null", "KTV1", ""},
+        {"'\\Songs1'", "", ""},  // no host: no share
+    };
+    for (const auto& [sharedAs, host, expected] : cases)
+        EXPECT_EQ(remoteOf(QString::fromUtf8(sharedAs), QString::fromUtf8(host)), QString::fromUtf8(expected))
+            << sharedAs << " on " << host;
+    EXPECT_TRUE(dialogs.messages().isEmpty());
+}
+
+TEST_F(RemotePath, FileOnlyOnTheShareIsNotFoundWithoutAHost)
+{
+    const QString net = app.file(QStringLiteral("net"));
+    AppIniWrite(QStringLiteral("NetworkRoot"), net);
+    app.write(QStringLiteral("net/Songs1/b.mpg"), "b");  // where a share without a host would point
+    machine.name = QString();
+    ASSERT_TRUE(openSession());
+    ASSERT_TRUE(SongServerHost().isEmpty());
+    SongExecute(QStringLiteral("insert into library (root_path, shared_as) values ('/lib', '\\Songs1')"));
+    const qint64 id = file.addSong(QStringLiteral("b"));
+    SongExecute(QStringLiteral("update song set library='/lib', media_file='\\b.mpg' where id=") +
+                QString::number(id));
+    EXPECT_EQ(KtvGetFileById(id), QString());
 }
 
 }  // namespace
