@@ -111,6 +111,9 @@ bool GetLocalPath(QString& path, QString& library, bool force)
     if (path.isEmpty())
         return false;
     for (int i = 1; i <= UBound(c.paths); ++i) {
+        // An empty root's form "/" would take every path here; "\\" took no drive path.
+        if (c.paths[i].isEmpty())
+            continue;
         const QString form = rootForm(c.paths[i]);
         if (path.startsWith(form)) {
             library = c.paths[i];

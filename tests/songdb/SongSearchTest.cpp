@@ -193,6 +193,32 @@ TEST_F(Lookups, LocalPathMatchesRootsExactlyAndCachesThemForAMinute)
     SetLookupClock(nullptr);
 }
 
+// Each root alone in the table; stored roots may use "\\" and end with or without a separator.
+TEST_F(Lookups, LocalPathAgainstOneRoot)
+{
+    const QString net = app.file(QStringLiteral("net"));
+    AppIniWrite(QStringLiteral("NetworkRoot"), net);
+    const std::tuple<const char*, QString, const char*> cases[] = {
+        {"'/srv/KTV/'", QStringLiteral("/srv/KTV/a.mpg"), "/a.mpg"},
+        {"'/srv/KTV'", QStringLiteral("/srv/KTV/a.mpg"), "/a.mpg"},
+        {"'\\srv\\KTV\\'", QStringLiteral("/srv/KTV/Pop/a.mpg"), "/Pop/a.mpg"},
+        {"'\\\\host\\KTV'", net + QStringLiteral("/host/KTV/a.mpg"), "/a.mpg"},
+        {"'/srv/KTV'", QStringLiteral("/srv/KTVS/a.mpg"), nullptr},
+        {"'/srv/KTV'", QStringLiteral("/srv/ktv/a.mpg"), nullptr},
+        {"''", QStringLiteral("/srv/KTV/a.mpg"), nullptr},
+        {"null", QStringLiteral("/srv/KTV/a.mpg"), nullptr},
+    };
+    for (const auto& [root, full, rest] : cases) {
+        SongExecute(QStringLiteral("delete * from library"));
+        SongExecute(QStringLiteral("insert into library (root_path) values (") + QString::fromUtf8(root) +
+                    u')');
+        QString path = full, library = QStringLiteral("kept");
+        EXPECT_EQ(GetLocalPath(path, library, true), rest != nullptr) << root << " " << full.toStdString();
+        EXPECT_EQ(path, rest ? QString::fromUtf8(rest) : full) << root;
+        EXPECT_EQ(library == u"kept", rest == nullptr) << root;
+    }
+}
+
 TEST_F(Lookups, MediaFileIsFoundLocallyThenOnTheShare)
 {
     const QString net = app.file(QStringLiteral("net"));
