@@ -1,3 +1,4 @@
+#include "../shell/FakePlatform.h"
 #include "SessionFixture.h"
 #include "shell/services/AppPaths.h"
 #include "songdb/RecordAccess.h"
@@ -110,28 +111,65 @@ struct QuestionCase {
 
 class FormatAndVersion : public SessionFixture, public ::testing::WithParamInterface<QuestionCase> {};
 
+// A null text stands for a missing row.
+void setDatabaseValue(Connection& db, const char* key, const char* value)
+{
+    const QString where = QStringLiteral(" where [key]='") + QString::fromUtf8(key) + u'\'';
+    if (value)
+        db.execute(QStringLiteral("update config set [value]='") + QString::fromUtf8(value) + u'\'' + where);
+    else
+        db.execute(QStringLiteral("delete * from config") + where);
+}
+
 TEST_P(FormatAndVersion, AsksAndFollowsTheAnswers)
 {
     const auto& c = GetParam();
-    file.db().execute(QStringLiteral("update config set [value]='") + QString::fromUtf8(c.format) +
-                      QStringLiteral("' where [key]='Format'"));
-    file.db().execute(QStringLiteral("update config set [value]='") + QString::fromUtf8(c.version) +
-                      QStringLiteral("' where [key]='Version'"));
+    setDatabaseValue(file.db(), "Format", c.format);
+    setDatabaseValue(file.db(), "Version", c.version);
     for (MsgAnswer a : c.answers)
         dialogs.answer(a);
     EXPECT_EQ(SongOpenDatabase(), c.opened);
     EXPECT_EQ(dialogs.messages().size(), c.questions);
     EXPECT_EQ(SongDatabaseOpen(), c.opened);
+    if (c.opened) {  // the session is usable
+        EXPECT_EQ(SongDatabaseFile(), file.path());
+        EXPECT_TRUE(SongExecute(QStringLiteral("delete * from media")));
+    } else {
+        EXPECT_EQ(SongConnection(), nullptr);
+        EXPECT_TRUE(SongDatabaseFile().isEmpty());
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(
     SongDatabase, FormatAndVersion,
-    ::testing::Values(QuestionCase{"SongDatabase", "8.10", {}, 0, true},
+    ::testing::Values(QuestionCase{"SongDatabase", "8.1", {}, 0, true},
+                      QuestionCase{"SongDatabase", "8.10", {}, 0, true},
                       QuestionCase{"SongDatabase", "8.09", {MsgAnswer::No}, 1, false},
                       QuestionCase{"SongDatabase", "", {MsgAnswer::Yes}, 1, true},
+                      QuestionCase{"SongDatabase", nullptr, {MsgAnswer::No}, 1, false},
                       QuestionCase{"songdatabase", "8.1", {MsgAnswer::No}, 1, false},
-                      QuestionCase{"songdatabase", "7", {MsgAnswer::Yes, MsgAnswer::Yes}, 2, true},
+                      QuestionCase{nullptr, "8.1", {MsgAnswer::Yes}, 1, true},
+                      QuestionCase{nullptr, nullptr, {MsgAnswer::Yes, MsgAnswer::Yes}, 2, true},
                       QuestionCase{"songdatabase", "7", {MsgAnswer::Yes, MsgAnswer::No}, 2, false}));
+
+// The texts of both questions and their log lines; a missing version shows as empty text.
+TEST_F(OpenDatabase, QuestionsAndLogLines)
+{
+    setDatabaseValue(file.db(), "Format", nullptr);
+    setDatabaseValue(file.db(), "Version", nullptr);
+    dialogs.answer(MsgAnswer::Yes);
+    dialogs.answer(MsgAnswer::Yes);
+    EXPECT_TRUE(SongOpenDatabase());
+    EXPECT_EQ(
+        dialogs.messages(),
+        (QStringList{QStringLiteral("Invalid database format! Process anyway?"),
+                     QStringLiteral("Database version is out of date! Process anyway?\r\nCurrent Version = "
+                                    "    Expect Version = 8.1")}));
+    const QString log = eventLog(app);
+    EXPECT_TRUE(log.contains(QStringLiteral("Invalid database format!")));
+    EXPECT_TRUE(log.contains(
+        QStringLiteral("Database version is out of date! Current Version =     Expect Version = 8.1")));
+}
 
 TEST_F(OpenDatabase, VersionQuestionShowsBothVersions)
 {
@@ -155,6 +193,37 @@ TEST_F(OpenDatabase, HomePathInsideProgramFolderIsStoredRelative)
     EXPECT_EQ(DatabaseHomePath(QStringLiteral("SongServer"), read, false), share);
     EXPECT_EQ(GetServerHost(share), u"Server1");
     EXPECT_EQ(GetServerHost(QStringLiteral("postgresql://ktv@db1:5432/songs")), u"db1");
+}
+
+TEST_F(OpenDatabase, HomePathFromAWindowsInstallationAndInAnyCase)
+{
+    IniWrite(app.file(QStringLiteral("KtvPublic/database_home.ini")), QStringLiteral("SongServer"),
+             QStringLiteral("Local"), QStringLiteral("\\data\\song.db"));
+    QString read;
+    EXPECT_EQ(DatabaseHomePath(QStringLiteral("SongServer"), read, false),
+              AppPath() + QStringLiteral("/data/song.db"));
+    QString chosen = AppPath().toUpper() + QStringLiteral("/data/song.db");
+    EXPECT_EQ(DatabaseHomePath(QStringLiteral("SongServer"), chosen, true), u"./data/song.db");
+    QString outside = AppPath() + QStringLiteral("x/song.db");  // a sibling folder is not inside
+    EXPECT_EQ(DatabaseHomePath(QStringLiteral("SongServer"), outside, true), outside);
+}
+
+TEST(ServerHost, ShareHostOrThisComputer)
+{
+    test::TempAppDir app;
+    test::FakePlatform machine;
+    machine.name = QStringLiteral("Room1");
+    AppIniWrite(QStringLiteral("NetworkRoot"), QStringLiteral("/net"));
+    const std::pair<const char*, const char*> cases[] = {
+        {"\\\\Server1\\KtvPublic\\song.db", "Server1"},
+        {"//Server1/KtvPublic/song.db", "Server1"},
+        {"/net/Server1/KtvPublic/song.db", "Server1"},
+        {"/srv/ktv/song.db", "Room1"},
+        {"D:\\Ktv\\song.db", "Room1"},
+        {"postgresql://ktv@db1:5432/songs", "db1"},
+    };
+    for (const auto& [path, host] : cases)
+        EXPECT_EQ(GetServerHost(QString::fromUtf8(path)), QString::fromUtf8(host)) << path;
 }
 
 class OtherDatabase : public SessionFixture {};
@@ -198,6 +267,9 @@ TEST_F(ConfigStore, ReadsDefaultsAndWritesOneRow)
 {
     ASSERT_TRUE(openSession());
     EXPECT_EQ(SongReadValue(QString(), QStringLiteral("MinIndex"), QStringLiteral("1000")), u"1000");
+    EXPECT_EQ(
+        file.db().openRecordset(QStringLiteral("select * from config where [key]='MinIndex'"))->RecordCount(),
+        0);  // reading a missing value writes nothing
     EXPECT_TRUE(SongWriteValue(QString(), QStringLiteral("MinIndex"), QStringLiteral("2000")));
     EXPECT_TRUE(
         SongWriteValue(QStringLiteral("Default"), QStringLiteral("MinIndex"), QStringLiteral("3000")));
