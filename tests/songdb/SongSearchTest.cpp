@@ -64,6 +64,23 @@ TEST_F(ChineseSearch, ConditionTexts)
     EXPECT_TRUE(AlphabetCondition(QStringLiteral("A")).contains(u"Mid([name],1,1)"));
 }
 
+// The singer paths leave the search mode alone, so their initials test the titles of the songs.
+TEST_F(ChineseSearch, SingerNameInitialsTestTitlesOutsideASingerMode)
+{
+    file.addSong(QString::fromUtf8("八"), QString::fromUtf8("张学友"));
+    const auto singers = [](const char* value) {
+        TextArray names, keys;
+        SongSearchTree(1000, QStringLiteral("singer/name"), QString::fromUtf8(value), names, keys);
+        return QStringList(names.begin() + 1, names.end()).join(u',');
+    };
+    EXPECT_EQ(singers("Z"), u"s");
+    EXPECT_EQ(singers("B"), QString::fromUtf8("s,张学友"));
+    EXPECT_TRUE(SearchMode().isEmpty());
+    SearchMode() = QStringLiteral("frmmenu/singer/name");  // [name] is the singer table's, by the join
+    SongExecute(QString::fromUtf8("insert into singer (name) values ('张学友')"));
+    EXPECT_EQ(singers("Z"), QString::fromUtf8("张学友"));
+}
+
 TEST_F(ChineseSearch, LowerCaseValueAddsNoCondition)
 {
     EXPECT_EQ(titles(QStringLiteral("ab")).size(), 11);
@@ -91,6 +108,12 @@ protected:
         for (const char* sql : rows)
             file.db().execute(QString::fromUtf8(sql));
         ASSERT_TRUE(openSession());
+    }
+    void TearDown() override
+    {
+        SearchFilterField() = {};
+        SearchFilterValue() = {};
+        SessionFixture::TearDown();
     }
     QString tree(const QString& path, const QString& value = {})
     {
@@ -134,12 +157,43 @@ TEST_F(EnglishSearch, TreeValues)
         {"singer/male", "Bo", "1:0=Beta  -Bob"},
         {"title", "al", "1:0=Alpha  -Ann(English)"},
         {"popularsongs/language", "None", "2:0=Alpha  -Ann(English)*****|0=Beta  -Bob****"},
+        {"singer/type", "singer/All artist", "2:Ann=Ann|Bob=Bob"},
+        {"singer/type", "Ann", "1:0=Alpha  -Ann(English)"},
+        {"order_time", "60", "1:0=Alpha  -Ann(English)"},
+        {"Name", "x", "2:0=Alpha  -Ann(English)|0=Beta  -Bob"},
+        {"chars", "0", "2:0=Alpha  -Ann(English)|0=Beta  -Bob"},
     };
     for (const auto& [path, value, expected] : cases)
         EXPECT_EQ(tree(QString::fromUtf8(path), QString::fromUtf8(value)), QString::fromUtf8(expected))
             << path << value;
+    EXPECT_EQ(AlphabetCondition(QStringLiteral("ab")), u" and ([title] like 'ab%')");
     EXPECT_EQ(AlphabetCondition(QStringLiteral("a?b")), u" and ([title] like 'a%b%')");
     EXPECT_EQ(tree(QStringLiteral("song"), QStringLiteral("it's")), u"-1:");
+}
+
+TEST_F(EnglishSearch, F1SearchAndFilterSlots)
+{
+    EXPECT_EQ(tree(QStringLiteral("F1:search")), u"2:0=Alpha  -Ann(English)|0=Beta  -Bob");
+    EXPECT_EQ(SearchMode(), u"frmmenu/research");
+    SearchFilterField()[2] = QStringLiteral("style");
+    SearchFilterValue()[2] = QStringLiteral("Rock");
+    EXPECT_EQ(tree(QStringLiteral("F1:search")), u"1:0=Beta  -Bob");
+    SearchFilterField()[3] = QStringLiteral("title");
+    SearchFilterValue()[3] = QStringLiteral("Al");
+    EXPECT_EQ(tree(QStringLiteral("F1:search")), u"0:");
+    EXPECT_EQ(SearchMode(), u"frmmenu/f1search/song/title");
+    EXPECT_EQ(tree(QStringLiteral("style"), QStringLiteral("Pop")), u"0:");
+    EXPECT_EQ(SearchMode(), u"frmmenu/song/title");
+}
+
+TEST(SearchHelpers, RootNeedsNoDatabase)
+{
+    test::ScriptedDialogs dialogs;
+    SongCloseDatabase();
+    TextArray names, keys;
+    EXPECT_EQ(SongSearchTree(1000, QStringLiteral("*"), QString(), names, keys), 5);
+    EXPECT_EQ(UBound(keys), 5);
+    EXPECT_TRUE(dialogs.messages().isEmpty());
 }
 
 TEST(SearchHelpers, JoinConditionsSkipsEmptyOnes)
