@@ -184,6 +184,12 @@ TEST_F(EnglishSearch, F1SearchAndFilterSlots)
     EXPECT_EQ(SearchMode(), u"frmmenu/f1search/song/title");
     EXPECT_EQ(tree(QStringLiteral("style"), QStringLiteral("Pop")), u"0:");
     EXPECT_EQ(SearchMode(), u"frmmenu/song/title");
+    SearchFilterValue()[2].clear();
+    SearchFilterValue()[3].clear();
+    SearchFilterField()[4] = QStringLiteral("chars");
+    SearchFilterValue()[4] = QStringLiteral("0x");  // a number only in the F1 search
+    EXPECT_EQ(tree(QStringLiteral("F1:search")), u"2:0=Alpha  -Ann(English)|0=Beta  -Bob");
+    EXPECT_EQ(tree(QStringLiteral("style"), QStringLiteral("Rock")), u"-1:");
 }
 
 TEST(SearchHelpers, RootNeedsNoDatabase)
