@@ -321,6 +321,27 @@ TEST_F(ImageFields, PhotographRoundTripsByteForByte)
     }
 }
 
+// An empty path clears the photograph; an empty file changes nothing but is still saved.
+TEST_F(ImageFields, EmptyPathClearsAndEmptyFileKeeps)
+{
+    ASSERT_TRUE(openSession());
+    SongExecute(QStringLiteral("insert into singer (name) values ('z')"));
+    std::unique_ptr<Recordset> rs;
+    ASSERT_TRUE(SongGetRecordset(QString(), QStringLiteral("singer"), QString(), QString(), rs));
+    rs->Fields(QStringLiteral("remark")).setValue(QStringLiteral("kept"));
+    ASSERT_TRUE(SaveImageField(rs.get(), app.write(QStringLiteral("p.jpg"), "jpeg")));
+    rs->Fields(QStringLiteral("remark")).setValue(QStringLiteral("saved"));
+    ASSERT_TRUE(SaveImageField(rs.get(), app.write(QStringLiteral("empty.jpg"), QByteArray())));
+    rs->Requery();
+    EXPECT_EQ(rs->Fields(QStringLiteral("image_len")).Value().toLongLong(), 4);
+    EXPECT_EQ(rs->Fields(QStringLiteral("remark")).Text(), u"saved");
+    ASSERT_TRUE(SaveImageField(rs.get(), QString()));
+    rs->Requery();
+    EXPECT_EQ(rs->Fields(QStringLiteral("image_len")).Value().toLongLong(), 0);
+    EXPECT_TRUE(rs->Fields(QStringLiteral("image")).Value().toByteArray().isEmpty());
+    EXPECT_TRUE(dialogs.messages().isEmpty());
+}
+
 TEST_F(ImageFields, NoPhotographWritesNoFile)
 {
     ASSERT_TRUE(openSession());
