@@ -111,6 +111,9 @@ bool GetLocalPath(QString& path, QString& library, bool force)
     if (path.isEmpty())
         return false;
     for (int i = 1; i <= UBound(c.paths); ++i) {
+        // An empty root's form "/" would take every path here; "\\" took no drive path.
+        if (c.paths[i].isEmpty())
+            continue;
         const QString form = rootForm(c.paths[i]);
         if (path.startsWith(form)) {
             library = c.paths[i];
@@ -131,10 +134,11 @@ QString GetLibraryRemotePath(const QString& root)
     }
     if (rs->RecordCount() < 1)
         return {};
-    const QString shared = rs->text(0, 0);
+    // One leading separator names a share on the database's host; two, a full share path, unused.
+    QString shared = rs->text(0, 0).replace(u'\\', u'/');
     const QString host = SongServerHost();
-    if (!host.isEmpty() && shared.startsWith(u'\\') && !shared.startsWith(u"\\\\"))
-        return QStringLiteral("\\\\") + host + shared;
+    if (!host.isEmpty() && shared.startsWith(u'/') && !shared.startsWith(u"//"))
+        return QStringLiteral("//") + host + shared;
     return {};
 }
 

@@ -16,7 +16,7 @@ void LoadLibraryPaths(TextArray& paths);
 // Finds the library a full path lies in: library gets its root as stored, path the rest from the
 // separator that ended the root. The roots are read again after a minute, or when forced.
 bool GetLocalPath(QString& path, QString& library, bool force);
-// The share under which other computers reach a library ("\\host\share"), or empty text.
+// The share under which other computers reach a library ("//host/share"), or empty text.
 QString GetLibraryRemotePath(const QString& root);
 // The playable media file of a song: on the local library, else on its share; empty if neither.
 QString KtvGetFileById(long long id);

@@ -5,15 +5,18 @@
 
 namespace td {
 
-Connection::Connection(std::shared_ptr<Backend> backend) : backend_(std::move(backend)) {}
+Connection::Connection(std::shared_ptr<Backend> backend, QString refusal)
+    : backend_(std::move(backend)), refusal_(std::move(refusal))
+{
+}
 Connection::~Connection() = default;
 
-namespace {
-AppError closedConnection()
+void Connection::throwClosed() const
 {
-    return AppError(QStringLiteral("Operation is not allowed when the object is closed."));
+    if (!refusal_.isEmpty())
+        throw AppError(refusal_);
+    throw AppError(QStringLiteral("Operation is not allowed when the object is closed."));
 }
-}  // namespace
 
 bool Connection::isOpen() const
 {
@@ -32,7 +35,7 @@ bool Connection::readOnly() const
 std::unique_ptr<Recordset> Connection::openRecordset(const QString& jetSql)
 {
     if (!isOpen())
-        throw closedConnection();
+        throwClosed();
     const TranslatedStatement st = TranslateJetSql(jetSql, backend_->dialect());
     if (st.kind != TranslatedStatement::Kind::Rows) {
         execute(jetSql);  // runs, and like ADO gives no open recordset for a statement without rows
@@ -52,7 +55,7 @@ std::unique_ptr<Recordset> Connection::openRecordset(const QString& jetSql)
 qint64 Connection::execute(const QString& jetSql)
 {
     if (!isOpen())
-        throw closedConnection();
+        throwClosed();
     const TranslatedStatement st = TranslateJetSql(jetSql, backend_->dialect());
     if (st.kind == TranslatedStatement::Kind::SelectInto) {
         backend_->selectInto(st.sql, st.intoTable, st.intoFile);
@@ -61,8 +64,16 @@ qint64 Connection::execute(const QString& jetSql)
     return backend_->execute(st.sql);
 }
 
+bool IsServerAddress(const QString& location)
+{
+    return location.startsWith(u"postgresql://", Qt::CaseInsensitive);
+}
+
 std::unique_ptr<Connection> OpenConnection(const QString& location, const OpenOptions& options)
 {
+    // Without this, SQLite would take the address for a file name and report a missing file.
+    if (IsServerAddress(location))
+        throw AppError(QStringLiteral("PostgreSQL databases are not available in this version."));
     if (location.endsWith(QStringLiteral(".mdb"), Qt::CaseInsensitive))
         throw AppError(QStringLiteral("Reading Access databases (.mdb) is not available in this version."));
     auto backend =

@@ -10,8 +10,9 @@ namespace td {
 // Every operation throws AppError with the store's or the translation's error text.
 class Connection {
 public:
-    // A connection without a backend is closed: every statement on it fails.
-    explicit Connection(std::shared_ptr<Backend> backend = nullptr);
+    // A connection without a backend is closed: every statement on it fails, with the reason the
+    // store refused to open it when one is given.
+    explicit Connection(std::shared_ptr<Backend> backend = nullptr, QString refusal = {});
     ~Connection();
 
     bool isOpen() const;
@@ -25,7 +26,10 @@ public:
     qint64 execute(const QString& jetSql);
 
 private:
+    [[noreturn]] void throwClosed() const;
+
     std::shared_ptr<Backend> backend_;
+    QString refusal_;
 };
 
 // How a database file or address is opened.
@@ -34,6 +38,9 @@ struct OpenOptions {
     bool readOnly = false;
     bool create = false;  // create the file when it does not exist (the admin tool)
 };
+
+// A postgresql:// address of a database server rather than a file path.
+bool IsServerAddress(const QString& location);
 
 // Opens the database at a location: a SQLite file. Throws AppError when the store refuses it
 // (not a database, locked, unreadable); the connection is then not left half open.

@@ -40,7 +40,8 @@ bool SongGetRecordset(const QString& fields, const QString& table, const QString
         sql += QStringLiteral(" where ") + condition;
     if (!order.isEmpty())
         sql += QStringLiteral(" order by ") + order;
-    return SongOpenRecordset(sql, rs);
+    // The one message of a failure names this helper, not the statement runner.
+    return OpenRecordsetReported("SongGetRecordset", sql, rs);
 }
 
 bool SongGetNamesFromField(const QString& table, const QString& field, const QString& where, TextArray& names)

@@ -48,8 +48,9 @@ private:
     bool regionsRead_ = false;
 };
 
-// The filter slots as conditions; a title slot sets the search mode it stands for.
-QString filterConditions(const QString& titleMode)
+// The filter slots as conditions; a title slot sets the search mode it stands for. Only the F1
+// search takes a chars value as a number; elsewhere it goes into the statement as typed.
+QString filterConditions(const QString& titleMode, bool charsAsNumber = false)
 {
     QString extra;
     for (int i = 1; i <= 10; ++i) {
@@ -61,7 +62,8 @@ QString filterConditions(const QString& titleMode)
             SearchMode() = titleMode;
             extra += AlphabetCondition(value);
         } else if (field == u"chars") {
-            extra += QStringLiteral(" and [chars] = ") + QString::number(NumericValue(value));
+            extra += QStringLiteral(" and [chars] = ") +
+                     (charsAsNumber ? QString::number(NumericValue(value)) : value);
         } else {
             extra += QStringLiteral(" and [") + field + QStringLiteral("] = '") + value + u'\'';
         }
@@ -297,7 +299,8 @@ int SongSearchTree(int grade, const QString& path, const QString& value, TextArr
     Conditions cond(grade);
     if (path == u"F1:search") {
         SearchMode() = QStringLiteral("frmmenu/research");
-        const QString where = cond.where() + filterConditions(QStringLiteral("frmmenu/f1search/song/title"));
+        const QString where =
+            cond.where() + filterConditions(QStringLiteral("frmmenu/f1search/song/title"), true);
         return songList(where, names, keys);
     }
     if (path.isEmpty() || path == u"*") {

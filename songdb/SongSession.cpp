@@ -31,11 +31,6 @@ Session& session()
 
 const QString kCrLf = QStringLiteral("\r\n");
 
-bool isAddress(const QString& location)
-{
-    return location.startsWith(u"postgresql://", Qt::CaseInsensitive);
-}
-
 QString databaseHomeFile()
 {
     return AppPath() + QStringLiteral("/KtvPublic/database_home.ini");
@@ -101,8 +96,8 @@ bool SongOpenDatabase()
         AppLogError(text);
         return false;
     }
-    const QString location = isAddress(path) ? path : NativePath(path);
-    if (!isAddress(path) && FileKind(location) != u"f") {
+    const QString location = IsServerAddress(path) ? path : NativePath(path);
+    if (!IsServerAddress(path) && FileKind(location) != u"f") {
         MsgError(TranslateText(QStringLiteral("Can not find song database file!")) + QStringLiteral(" <") +
                  path + QStringLiteral(">"));
         AppLogError(QStringLiteral("Can not find song database file! <") + path + QStringLiteral(">"));
@@ -146,8 +141,9 @@ std::unique_ptr<Connection> OpenAccessDatabase(const QString& path, const QStrin
     try {
         return OpenConnection(location);
     } catch (const std::exception& e) {
+        // Closed, without a message; its first statement fails with the store's reason.
         SetSongLastError(ErrorText(e));
-        return std::make_unique<Connection>();
+        return std::make_unique<Connection>(nullptr, ErrorText(e));
     }
 }
 
@@ -164,7 +160,7 @@ QString DatabaseHomePath(const QString& dbType, QString& path, bool write)
         return value;
     }
     QString stored = path;
-    if (!isAddress(path) && path.size() > app.size() &&
+    if (!IsServerAddress(path) && path.size() > app.size() &&
         path.left(app.size()).compare(app, Qt::CaseInsensitive) == 0 && path[app.size()] == u'/')
         stored = u'.' + path.mid(app.size());
     QDir().mkpath(ParentPath(file));
@@ -174,7 +170,7 @@ QString DatabaseHomePath(const QString& dbType, QString& path, bool write)
 
 QString GetServerHost(const QString& path)
 {
-    if (isAddress(path))
+    if (IsServerAddress(path))
         return QUrl(path).host();
     if (path.startsWith(u"\\\\") || path.startsWith(u"//")) {
         const QString rest = path.mid(2);

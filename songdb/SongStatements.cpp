@@ -66,10 +66,15 @@ bool reported(const char* name, const QString& sql, Run run)
 }
 }  // namespace
 
-bool SongOpenRecordset(const QString& sql, std::unique_ptr<Recordset>& rs)
+bool OpenRecordsetReported(const char* name, const QString& sql, std::unique_ptr<Recordset>& rs)
 {
     rs.reset();
-    return reported("SongOpenRecordset", sql, [&](Connection& c) { rs = c.openRecordset(sql); });
+    return reported(name, sql, [&](Connection& c) { rs = c.openRecordset(sql); });
+}
+
+bool SongOpenRecordset(const QString& sql, std::unique_ptr<Recordset>& rs)
+{
+    return OpenRecordsetReported("SongOpenRecordset", sql, rs);
 }
 
 bool SongExecute(const QString& sql)

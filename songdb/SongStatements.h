@@ -10,6 +10,8 @@ namespace td {
 // Failures show one critical message and answer false (or the default); none of them throws.
 bool SongOpenRecordset(const QString& sql, std::unique_ptr<Recordset>& rs);
 bool SongExecute(const QString& sql);
+// Opens a recordset as SongOpenRecordset does; a failure is shown as "<name> failed! Err=...".
+bool OpenRecordsetReported(const char* name, const QString& sql, std::unique_ptr<Recordset>& rs);
 QString SongReadValue(const QString& section, const QString& key, const QString& def);
 bool SongWriteValue(const QString& section, const QString& key, const QString& value);
 

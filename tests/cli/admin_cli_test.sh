@@ -31,5 +31,10 @@ expect_two "search without path" search "$work/good.db"
 "$admin" sql "$work/good.db" "select [value] from config where [section]='Database' and [key]='Format'" >"$work/out" 2>&1
 grep -qx "SongDatabase" "$work/out" || { echo "FAIL: sql output: $(cat "$work/out")"; fails=$((fails + 1)); }
 
+"$admin" sql "$work/good.db" "insert into region (name) values ('Taiwan')" >"$work/out" 2>&1 ||
+  { echo "FAIL: sql insert: $(cat "$work/out")"; fails=$((fails + 1)); }
+"$admin" sql "$work/good.db" "select name from region" >"$work/out" 2>&1
+[ "$(cat "$work/out")" = "$(printf 'name\nTaiwan')" ] || { echo "FAIL: sql after insert: $(cat "$work/out")"; fails=$((fails + 1)); }
+
 [ "$fails" -eq 0 ] && echo "admin command line: all cases pass"
 exit "$fails"

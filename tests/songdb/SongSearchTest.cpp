@@ -1,3 +1,4 @@
+#include "../shell/FakePlatform.h"
 #include "SessionFixture.h"
 #include "songdb/CatalogueLookups.h"
 #include "songdb/SongSearch.h"
@@ -63,6 +64,23 @@ TEST_F(ChineseSearch, ConditionTexts)
     EXPECT_TRUE(AlphabetCondition(QStringLiteral("A")).contains(u"Mid([name],1,1)"));
 }
 
+// The singer paths leave the search mode alone, so their initials test the titles of the songs.
+TEST_F(ChineseSearch, SingerNameInitialsTestTitlesOutsideASingerMode)
+{
+    file.addSong(QString::fromUtf8("八"), QString::fromUtf8("张学友"));
+    const auto singers = [](const char* value) {
+        TextArray names, keys;
+        SongSearchTree(1000, QStringLiteral("singer/name"), QString::fromUtf8(value), names, keys);
+        return QStringList(names.begin() + 1, names.end()).join(u',');
+    };
+    EXPECT_EQ(singers("Z"), u"s");
+    EXPECT_EQ(singers("B"), QString::fromUtf8("s,张学友"));
+    EXPECT_TRUE(SearchMode().isEmpty());
+    SearchMode() = QStringLiteral("frmmenu/singer/name");  // [name] is the singer table's, by the join
+    SongExecute(QString::fromUtf8("insert into singer (name) values ('张学友')"));
+    EXPECT_EQ(singers("Z"), QString::fromUtf8("张学友"));
+}
+
 TEST_F(ChineseSearch, LowerCaseValueAddsNoCondition)
 {
     EXPECT_EQ(titles(QStringLiteral("ab")).size(), 11);
@@ -90,6 +108,12 @@ protected:
         for (const char* sql : rows)
             file.db().execute(QString::fromUtf8(sql));
         ASSERT_TRUE(openSession());
+    }
+    void TearDown() override
+    {
+        SearchFilterField() = {};
+        SearchFilterValue() = {};
+        SessionFixture::TearDown();
     }
     QString tree(const QString& path, const QString& value = {})
     {
@@ -133,12 +157,49 @@ TEST_F(EnglishSearch, TreeValues)
         {"singer/male", "Bo", "1:0=Beta  -Bob"},
         {"title", "al", "1:0=Alpha  -Ann(English)"},
         {"popularsongs/language", "None", "2:0=Alpha  -Ann(English)*****|0=Beta  -Bob****"},
+        {"singer/type", "singer/All artist", "2:Ann=Ann|Bob=Bob"},
+        {"singer/type", "Ann", "1:0=Alpha  -Ann(English)"},
+        {"order_time", "60", "1:0=Alpha  -Ann(English)"},
+        {"Name", "x", "2:0=Alpha  -Ann(English)|0=Beta  -Bob"},
+        {"chars", "0", "2:0=Alpha  -Ann(English)|0=Beta  -Bob"},
     };
     for (const auto& [path, value, expected] : cases)
         EXPECT_EQ(tree(QString::fromUtf8(path), QString::fromUtf8(value)), QString::fromUtf8(expected))
             << path << value;
+    EXPECT_EQ(AlphabetCondition(QStringLiteral("ab")), u" and ([title] like 'ab%')");
     EXPECT_EQ(AlphabetCondition(QStringLiteral("a?b")), u" and ([title] like 'a%b%')");
     EXPECT_EQ(tree(QStringLiteral("song"), QStringLiteral("it's")), u"-1:");
+}
+
+TEST_F(EnglishSearch, F1SearchAndFilterSlots)
+{
+    EXPECT_EQ(tree(QStringLiteral("F1:search")), u"2:0=Alpha  -Ann(English)|0=Beta  -Bob");
+    EXPECT_EQ(SearchMode(), u"frmmenu/research");
+    SearchFilterField()[2] = QStringLiteral("style");
+    SearchFilterValue()[2] = QStringLiteral("Rock");
+    EXPECT_EQ(tree(QStringLiteral("F1:search")), u"1:0=Beta  -Bob");
+    SearchFilterField()[3] = QStringLiteral("title");
+    SearchFilterValue()[3] = QStringLiteral("Al");
+    EXPECT_EQ(tree(QStringLiteral("F1:search")), u"0:");
+    EXPECT_EQ(SearchMode(), u"frmmenu/f1search/song/title");
+    EXPECT_EQ(tree(QStringLiteral("style"), QStringLiteral("Pop")), u"0:");
+    EXPECT_EQ(SearchMode(), u"frmmenu/song/title");
+    SearchFilterValue()[2].clear();
+    SearchFilterValue()[3].clear();
+    SearchFilterField()[4] = QStringLiteral("chars");
+    SearchFilterValue()[4] = QStringLiteral("0x");  // a number only in the F1 search
+    EXPECT_EQ(tree(QStringLiteral("F1:search")), u"2:0=Alpha  -Ann(English)|0=Beta  -Bob");
+    EXPECT_EQ(tree(QStringLiteral("style"), QStringLiteral("Rock")), u"-1:");
+}
+
+TEST(SearchHelpers, RootNeedsNoDatabase)
+{
+    test::ScriptedDialogs dialogs;
+    SongCloseDatabase();
+    TextArray names, keys;
+    EXPECT_EQ(SongSearchTree(1000, QStringLiteral("*"), QString(), names, keys), 5);
+    EXPECT_EQ(UBound(keys), 5);
+    EXPECT_TRUE(dialogs.messages().isEmpty());
 }
 
 TEST(SearchHelpers, JoinConditionsSkipsEmptyOnes)
@@ -192,6 +253,32 @@ TEST_F(Lookups, LocalPathMatchesRootsExactlyAndCachesThemForAMinute)
     SetLookupClock(nullptr);
 }
 
+// Each root alone in the table; stored roots may use "\\" and end with or without a separator.
+TEST_F(Lookups, LocalPathAgainstOneRoot)
+{
+    const QString net = app.file(QStringLiteral("net"));
+    AppIniWrite(QStringLiteral("NetworkRoot"), net);
+    const std::tuple<const char*, QString, const char*> cases[] = {
+        {"'/srv/KTV/'", QStringLiteral("/srv/KTV/a.mpg"), "/a.mpg"},
+        {"'/srv/KTV'", QStringLiteral("/srv/KTV/a.mpg"), "/a.mpg"},
+        {"'\\srv\\KTV\\'", QStringLiteral("/srv/KTV/Pop/a.mpg"), "/Pop/a.mpg"},
+        {"'\\\\host\\KTV'", net + QStringLiteral("/host/KTV/a.mpg"), "/a.mpg"},
+        {"'/srv/KTV'", QStringLiteral("/srv/KTVS/a.mpg"), nullptr},
+        {"'/srv/KTV'", QStringLiteral("/srv/ktv/a.mpg"), nullptr},
+        {"''", QStringLiteral("/srv/KTV/a.mpg"), nullptr},
+        {"null", QStringLiteral("/srv/KTV/a.mpg"), nullptr},
+    };
+    for (const auto& [root, full, rest] : cases) {
+        SongExecute(QStringLiteral("delete * from library"));
+        SongExecute(QStringLiteral("insert into library (root_path) values (") + QString::fromUtf8(root) +
+                    u')');
+        QString path = full, library = QStringLiteral("kept");
+        EXPECT_EQ(GetLocalPath(path, library, true), rest != nullptr) << root << " " << full.toStdString();
+        EXPECT_EQ(path, rest ? QString::fromUtf8(rest) : full) << root;
+        EXPECT_EQ(library == u"kept", rest == nullptr) << root;
+    }
+}
+
 TEST_F(Lookups, MediaFileIsFoundLocallyThenOnTheShare)
 {
     const QString net = app.file(QStringLiteral("net"));
@@ -212,10 +299,60 @@ TEST_F(Lookups, MediaFileIsFoundLocallyThenOnTheShare)
 
     EXPECT_EQ(KtvGetFileById(a), local);
     EXPECT_EQ(KtvGetFileById(b), net + u'/' + host + QStringLiteral("/Songs1/Pop/b.mpg"));
-    EXPECT_EQ(GetLibraryRemotePath(root), QStringLiteral("\\\\") + host + QStringLiteral("\\Songs1"));
+    EXPECT_EQ(GetLibraryRemotePath(root), QStringLiteral("//") + host + QStringLiteral("/Songs1"));
     EXPECT_EQ(KtvGetFileById(0), QString());
     EXPECT_TRUE(LibraryExists(root));
     EXPECT_FALSE(LibraryExists(root + u'x'));
+}
+
+// Runs each case on its own session, as the host the database lies on.
+class RemotePath : public SessionFixture {
+protected:
+    QString remoteOf(const QString& sharedAs, const QString& host)
+    {
+        machine.name = host;
+        EXPECT_TRUE(openSession());
+        SongExecute(QStringLiteral("delete * from library"));
+        SongExecute(QStringLiteral("insert into library (root_path, shared_as) values ('/lib', ") + sharedAs +
+                    u')');
+        const QString remote = GetLibraryRemotePath(QStringLiteral("/lib"));
+        SongCloseDatabase();
+        return remote;
+    }
+    test::FakePlatform machine;
+};
+
+TEST_F(RemotePath, OneLeadingSeparatorNamesAShareOnTheDatabaseHost)
+{
+    const std::tuple<const char*, const char*, const char*> cases[] = {
+        {"'\\Songs1'", "KTV1", "//KTV1/Songs1"},
+        {"'/Songs1'", "KTV1", "//KTV1/Songs1"},
+        {"'\\Songs1\\Pop'", "KTV1", "//KTV1/Songs1/Pop"},
+        {"'\\\\Other\\Songs1'", "KTV1", ""},  // a full share path is not used
+        {"'//Other/Songs1'", "KTV1", ""},
+        {"'Songs1'", "KTV1", ""},
+        {"null", "KTV1", ""},
+        {"'\\Songs1'", "", ""},  // no host: no share
+    };
+    for (const auto& [sharedAs, host, expected] : cases)
+        EXPECT_EQ(remoteOf(QString::fromUtf8(sharedAs), QString::fromUtf8(host)), QString::fromUtf8(expected))
+            << sharedAs << " on " << host;
+    EXPECT_TRUE(dialogs.messages().isEmpty());
+}
+
+TEST_F(RemotePath, FileOnlyOnTheShareIsNotFoundWithoutAHost)
+{
+    const QString net = app.file(QStringLiteral("net"));
+    AppIniWrite(QStringLiteral("NetworkRoot"), net);
+    app.write(QStringLiteral("net/Songs1/b.mpg"), "b");  // where a share without a host would point
+    machine.name = QString();
+    ASSERT_TRUE(openSession());
+    ASSERT_TRUE(SongServerHost().isEmpty());
+    SongExecute(QStringLiteral("insert into library (root_path, shared_as) values ('/lib', '\\Songs1')"));
+    const qint64 id = file.addSong(QStringLiteral("b"));
+    SongExecute(QStringLiteral("update song set library='/lib', media_file='\\b.mpg' where id=") +
+                QString::number(id));
+    EXPECT_EQ(KtvGetFileById(id), QString());
 }
 
 }  // namespace

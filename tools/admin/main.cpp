@@ -6,6 +6,7 @@
 #include "shell/services/Ini.h"
 #include "songdb/Connection.h"
 #include "songdb/DemoSongbook.h"
+#include "songdb/JetSql.h"
 #include "songdb/Schema.h"
 #include "songdb/SongSearch.h"
 #include "songdb/SongSession.h"
@@ -97,6 +98,11 @@ int sql(QStringList args)
 {
     expectArgs(args, 2, 2);
     auto db = openExisting(args[0]);
+    // A statement without rows runs once and prints nothing; opening it as rows would fail after it ran.
+    if (TranslateJetSql(args[1], db->backend().dialect()).kind != TranslatedStatement::Kind::Rows) {
+        db->execute(args[1]);
+        return 0;
+    }
     auto rs = db->openRecordset(args[1]);
     QStringList header;
     for (int c = 0; c < rs->FieldCount(); ++c)
