@@ -5,6 +5,7 @@
 #include "songdb/SqliteFunctions.h"
 #include "songdb/SqliteStatement.h"
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QStringList>
 #include <sqlite3.h>
 
@@ -108,6 +109,32 @@ SqliteBackend::SqliteBackend(const QString& file, int busyTimeoutMs, bool readOn
         throw AppError(error);
     }
     db_ = db;
+    if (!readOnly)
+        shadowScratchTable(QStringLiteral("media"));
+}
+
+// The media table holds one console's last search of a library. Each connection keeps its own copy
+// in memory, named like the shared one, so two consoles' searches don't mix and a search over a
+// large library writes nothing to the database file.
+void SqliteBackend::shadowScratchTable(const QString& table)
+{
+    sqlite3_stmt* stmt = nullptr;
+    const QByteArray find = "SELECT sql FROM main.sqlite_master WHERE type='table' AND lower(name)=lower(?1)";
+    if (sqlite3_prepare_v2(db_, find.constData(), -1, &stmt, nullptr) != SQLITE_OK)
+        return;
+    const QByteArray name = table.toUtf8();
+    sqlite3_bind_text(stmt, 1, name.constData(), int(name.size()), SQLITE_TRANSIENT);
+    QString ddl;
+    if (sqlite3_step(stmt) == SQLITE_ROW)
+        ddl = QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(stmt, 0)));
+    sqlite3_finalize(stmt);
+    static const QRegularExpression create(QStringLiteral("^\\s*CREATE\\s+TABLE\\s+"),
+                                           QRegularExpression::CaseInsensitiveOption);
+    if (!ddl.contains(create))
+        return;
+    ddl.replace(create, QStringLiteral("CREATE TEMP TABLE "));
+    sqlite3_exec(db_, "PRAGMA temp_store=MEMORY", nullptr, nullptr, nullptr);
+    sqlite3_exec(db_, ddl.toUtf8().constData(), nullptr, nullptr, nullptr);
 }
 
 SqliteBackend::~SqliteBackend()

@@ -37,6 +37,7 @@ public:
 
 private:
     sqlite3* requireOpen() const;
+    void shadowScratchTable(const QString& table);
     void checkWritable() const;
     QString createTableFor(sqlite3_stmt* select, const QString& table, const QString& schema) const;
 
