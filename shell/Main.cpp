@@ -1,5 +1,6 @@
 #include "shell/Main.h"
 #include "config/frmDatabase.h"
+#include "shell/TerminationSignals.h"
 #include "shell/mdiMain.h"
 #include "shell/services/AppLog.h"
 #include "shell/services/AppPaths.h"
@@ -138,6 +139,7 @@ int Main(int argc, char** argv)
         return 0;
     }
     ShowMainWindow();
+    OnTerminationSignal([] { AppTerminate(); });
     QObject::connect(&app, &QApplication::lastWindowClosed, &app, [] {
         if (!MainFrame() || MainFrame()->unloading())
             QApplication::quit();
