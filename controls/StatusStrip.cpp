@@ -1,5 +1,6 @@
 #include "controls/StatusStrip.h"
 #include "shell/services/AppError.h"
+#include "shell/services/LongJobs.h"
 #include "shell/services/Translate.h"
 #include <QEvent>
 #include <QHBoxLayout>
@@ -146,7 +147,8 @@ bool StatusStrip::YieldAndCheckCancel()
         showNow();
         yield_.now();
     }
-    return canceled_;
+    // The end of the program asks running jobs to stop, as the cancel button would.
+    return canceled_ || JobsStopRequested();
 }
 
 bool StatusStrip::eventFilter(QObject* watched, QEvent* event)

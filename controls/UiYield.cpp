@@ -1,10 +1,12 @@
 #include "controls/UiYield.h"
+#include "shell/services/LongJobs.h"
 #include <QCoreApplication>
 
 namespace td {
 
 void UiYield::now()
 {
+    JobYieldScope job;
     QCoreApplication::processEvents();
     timer_.restart();
 }

@@ -5,14 +5,19 @@
 #include "shell/services/AppLog.h"
 #include "shell/services/AppPaths.h"
 #include "shell/services/Dialogs.h"
+#include "shell/services/LongJobs.h"
 #include "shell/services/Translate.h"
 #include "songdb/SongSession.h"
 #include <QApplication>
 #include <QIcon>
 #include <QPixmap>
+#include <QTimer>
 
 namespace td {
 namespace {
+
+// How soon a step put off by a running job is tried again.
+constexpr int kAfterJobMs = 20;
 
 QString& sessionUser()
 {
@@ -76,6 +81,11 @@ void ShowMainWindow()
 
 void ChangeDatabase()
 {
+    if (InsideJobYield()) {
+        // The windows are still in use by a job; the change comes right after it.
+        QTimer::singleShot(kAfterJobMs, [] { ChangeDatabase(); });
+        return;
+    }
     try {
         if (!RunDatabaseDialog())
             return;  // the running session goes on untouched
@@ -111,6 +121,12 @@ void CloseAllWindows()
 
 void AppTerminate()
 {
+    if (InsideJobYield()) {
+        // A job runs inside the windows: ask it to stop, and end as soon as it has.
+        RequestJobsStop();
+        QTimer::singleShot(kAfterJobMs, [] { AppTerminate(); });
+        return;
+    }
     SongCloseDatabase();
     const QWidgetList windows = QApplication::topLevelWidgets();
     for (auto it = windows.rbegin(); it != windows.rend(); ++it) {
@@ -122,6 +138,7 @@ void AppTerminate()
             w->close();
     }
     AppLogEvent(QStringLiteral("Application Terminated"));
+    ClearJobsStop();
     QCoreApplication::quit();
 }
 

@@ -1,4 +1,5 @@
 #include "songbook/RepaintWhileReading.h"
+#include "shell/services/LongJobs.h"
 #include "songdb/SongSession.h"
 #include "songdb/SqliteBackend.h"
 #include <QCoreApplication>
@@ -27,6 +28,7 @@ QElapsedTimer& sinceLastTurn()
 int Breathe(void*)
 {
     if (sinceLastTurn().elapsed() >= kIntervalMs) {
+        JobYieldScope job;
         QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
         sinceLastTurn().restart();
     }
