@@ -1,4 +1,5 @@
-#include "libraries/FileFinder.h"
+#include "libraries/FileBrowse.h"
+#include "controls/QtDialogs.h"
 #include "shell/services/Dialogs.h"
 #include "shell/services/Translate.h"
 

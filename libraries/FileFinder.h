@@ -3,8 +3,6 @@
 #include <QString>
 #include <atomic>
 
-class QWidget;
-
 namespace td {
 
 // Attribute flags of the finder. 0 means the default 33 (read-only + archive). Here a file without write
@@ -41,9 +39,5 @@ QString GetParentPath(const QString& path);
 // Mount points stand in for drives.
 bool FindDrivers(TextArray& drivers);
 bool IsDriver(const QString& drive);
-// The open-file dialog with multiple selection; false when cancelled.
-bool BrowseFile(const QString& initDir, const QString& filter, TextArray& names);
-// The folder picker; the chosen directory or empty text.
-QString BrowsePath(QWidget* owner);
 
 }  // namespace td

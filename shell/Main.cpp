@@ -4,6 +4,7 @@
 #include "shell/mdiMain.h"
 #include "shell/services/AppLog.h"
 #include "shell/services/AppPaths.h"
+#include "controls/QtDialogs.h"
 #include "shell/services/Dialogs.h"
 #include "shell/services/LongJobs.h"
 #include "shell/services/Translate.h"
@@ -40,6 +41,13 @@ QIcon ProgramIcon()
     const int side = qMin(logo.width(), logo.height());
     return QIcon(logo.copy((logo.width() - side) / 2, (logo.height() - side) / 2, side, side));
 }
+
+// The console answers through message boxes for as long as it runs.
+struct MessageBoxesForTheRun {
+    QtDialogs boxes;
+    MessageBoxesForTheRun() { SetDialogs(&boxes); }
+    ~MessageBoxesForTheRun() { SetDialogs(nullptr); }
+};
 
 }  // namespace
 
@@ -145,6 +153,7 @@ void AppTerminate()
 int Main(int argc, char** argv)
 {
     QApplication app(argc, argv);
+    MessageBoxesForTheRun messageBoxes;
     QApplication::setApplicationName(AppTitle());
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setWindowIcon(ProgramIcon());

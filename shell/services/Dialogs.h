@@ -3,8 +3,6 @@
 #include <QStringList>
 #include <optional>
 
-class QWidget;
-
 namespace td {
 
 enum class MsgButtons { Ok, OkCancel, YesNo, YesNoCancel, RetryCancel };
@@ -35,11 +33,9 @@ public:
 };
 
 DialogSeam& Dialogs();
-// Installs a seam (tests); nullptr restores the Qt dialogs. The caller keeps ownership.
+// Installs a seam (the console's message boxes, a test's script); nullptr restores the headless
+// answers. The caller keeps ownership.
 void SetDialogs(DialogSeam* seam);
-// The window that owns the dialogs, if any.
-void SetDialogOwner(QWidget* owner);
-QWidget* DialogOwner();
 
 // Short forms for the three kinds of message box. The title defaults to the application's.
 void MsgInfo(const QString& text, const QString& title = {});
@@ -47,8 +43,5 @@ void MsgError(const QString& text, const QString& title = {});
 MsgAnswer MsgAsk(const QString& text, MsgButtons buttons, const QString& title = {});
 
 QString AppTitle();
-
-// The folder picker of the services: chosen path or empty text.
-QString BrowseForFolder(QWidget* owner, const QString& title);
 
 }  // namespace td

@@ -1,3 +1,4 @@
+#include "libraries/FileBrowse.h"
 #include "libraries/FileFinder.h"
 #include "shell/services/FilePaths.h"
 #include "shell/services/Platform.h"

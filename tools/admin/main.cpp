@@ -1,6 +1,5 @@
 // tunedesk-admin: creates song databases and demo installations, and runs statements and searches
 // through the same layer as the console.
-#include "ConsoleDialogs.h"
 #include "shell/services/AppError.h"
 #include "shell/services/AppPaths.h"
 #include "shell/services/Ini.h"
@@ -129,7 +128,7 @@ int search(QStringList args)
     QDir().mkpath(scratch.filePath(QStringLiteral("KtvPublic")));
     IniWrite(scratch.filePath(QStringLiteral("KtvPublic/database_home.ini")), QStringLiteral("SongServer"),
              QStringLiteral("Local"), file);
-    admin::ConsoleDialogs dialogs;
+    // Messages of the opening go to stderr; its questions get their default answer, No.
     if (!SongOpenDatabase())
         throw Failure{QStringLiteral("cannot open song database ") + args[0]};
     TextArray names, keys;

@@ -1,9 +1,12 @@
 #pragma once
 #include "shell/services/Dialogs.h"
 
+class QWidget;
+
 namespace td {
 
-// The dialog seam in production: Qt's message boxes and file dialogs.
+// The dialog seam of the console: Qt's message boxes and file dialogs. The console installs it at
+// start; without it the seam answers as a program without windows would.
 class QtDialogs : public DialogSeam {
 public:
     MsgAnswer message(const QString& text, MsgButtons buttons, MsgIcon icon, const QString& title) override;
@@ -15,5 +18,12 @@ public:
     // "Songs(*.db)|*.db|All Files(*.*)|*.*" as Qt writes it: "Songs (*.db);;All Files (*)".
     static QString qtFilter(const QString& filter);
 };
+
+// The window that owns the dialogs, if any.
+void SetDialogOwner(QWidget* owner);
+QWidget* DialogOwner();
+
+// The folder picker: chosen path or empty text.
+QString BrowseForFolder(QWidget* owner, const QString& title);
 
 }  // namespace td

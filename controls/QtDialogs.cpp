@@ -1,4 +1,5 @@
-#include "shell/services/QtDialogs.h"
+#include "controls/QtDialogs.h"
+#include <QPointer>
 #include <QApplication>
 #include <QFileDialog>
 #include <QInputDialog>
@@ -55,6 +56,12 @@ MsgAnswer answerOf(int button)
         default:
             return MsgAnswer::Ok;
     }
+}
+
+QPointer<QWidget>& owner()
+{
+    static QPointer<QWidget> w;
+    return w;
 }
 
 QString titleOr(const QString& title)
@@ -123,6 +130,25 @@ QString QtDialogs::saveFile(const OpenFileRequest& request)
 QString QtDialogs::pickFolder(const QString& title, const QString& startDir)
 {
     return QFileDialog::getExistingDirectory(DialogOwner(), title, startDir);
+}
+
+void SetDialogOwner(QWidget* w)
+{
+    owner() = w;
+}
+QWidget* DialogOwner()
+{
+    return owner().data();
+}
+
+QString BrowseForFolder(QWidget* w, const QString& title)
+{
+    QWidget* previous = DialogOwner();
+    if (w)
+        SetDialogOwner(w);
+    const QString path = Dialogs().pickFolder(title, QString());
+    SetDialogOwner(previous);
+    return path;
 }
 
 }  // namespace td
