@@ -63,9 +63,9 @@ void RunLoad(const QString& format, const QString& small, const QString& big)
     for (const auto& [file, name] :
          {std::pair{small, "dataview_load_100k"}, std::pair{big, "dataview_load_1m"}}) {
         auto connection = td::OpenConnection(file);
-        auto rs = connection->openRecordset(QStringLiteral("select * from song"));
+        std::shared_ptr<td::Recordset> rs = connection->openRecordset(QStringLiteral("select * from song"));
         Window w(format);
-        w.view.mrsMain = rs.get();
+        w.view.setMrsMain(rs);
         Print(name, Seconds([&] { w.view.LoadViewData(); }), "s");
         if (file == big) {
             Print("dataview_rows_memory_1m", double(w.view.model()->rows().memoryUsed()) / 1048576.0, "MB");
@@ -89,12 +89,12 @@ void RunFill(const QString& format, const QString& big)
         dump.waitForFinished(-1);
     });
     std::unique_ptr<td::Connection> connection;
-    std::unique_ptr<td::Recordset> rs;
+    std::shared_ptr<td::Recordset> rs;
     Window w(format);
     const double fillSeconds = Seconds([&] {
         connection = td::OpenConnection(big);
         rs = connection->openRecordset(QStringLiteral("select * from song"));
-        w.view.mrsMain = rs.get();
+        w.view.setMrsMain(rs);
         w.view.LoadViewData();
     });
     Print("dataview_open_fill_1m", fillSeconds, "s");

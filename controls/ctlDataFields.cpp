@@ -57,10 +57,7 @@ ctlDataFields::ctlDataFields(QWidget* parent) : QWidget(parent)
         w->hide();
 }
 
-ctlDataFields::~ctlDataFields()
-{
-    mrsMain = nullptr;
-}
+ctlDataFields::~ctlDataFields() = default;
 
 ctlDataFields::RowControls ctlDataFields::makeRow(int index)
 {
@@ -265,9 +262,10 @@ bool ctlDataFields::LoadFieldDatas(const QVariantList& selBmks)
 
 Recordset& ctlDataFields::recordset() const
 {
-    if (!mrsMain)
+    Recordset* rs = mrsMain();
+    if (!rs)
         throw AppError(QStringLiteral("Object variable or With block variable not set"));
-    return *mrsMain;
+    return *rs;
 }
 
 void ctlDataFields::seekOrThrow(const QVariant& bookmark)
@@ -360,9 +358,9 @@ void ctlDataFields::writeFields(bool changedOnly)
 
 void ctlDataFields::failed(const QString& text, const std::exception& e, bool cancelUpdate)
 {
-    if (cancelUpdate && mrsMain) {
+    if (Recordset* rs = mrsMain(); cancelUpdate && rs) {
         try {
-            mrsMain->CancelUpdate();
+            rs->CancelUpdate();
         } catch (const std::exception&) {
         }
     }

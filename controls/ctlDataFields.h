@@ -25,7 +25,9 @@ public:
     explicit ctlDataFields(QWidget* parent = nullptr);
     ~ctlDataFields() override;
 
-    Recordset* mrsMain = nullptr;
+    // The recordset edited; the window owns it, the editor only looks at it.
+    Recordset* mrsMain() const { return mrsMain_.lock().get(); }
+    void setMrsMain(std::weak_ptr<Recordset> rs) { mrsMain_ = std::move(rs); }
     RecordsetOpener OpenRecordset;
 
     QString IniFile() const { return iniFile_; }
@@ -68,6 +70,7 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    std::weak_ptr<Recordset> mrsMain_;
     struct RowControls {
         QLabel* lblCaption = nullptr;
         QLineEdit* txtValue = nullptr;

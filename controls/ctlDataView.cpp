@@ -54,7 +54,6 @@ ctlDataView::ctlDataView(QWidget* parent) : QWidget(parent)
 ctlDataView::~ctlDataView()
 {
     SaveViewFormat();
-    mrsMain = nullptr;
 }
 
 bool ctlDataView::MultiSelect() const
@@ -106,9 +105,10 @@ bool ctlDataView::SaveViewFormat()
 
 Recordset& ctlDataView::recordset() const
 {
-    if (!mrsMain)
+    Recordset* rs = mrsMain();
+    if (!rs)
         throw AppError(QStringLiteral("Object variable or With block variable not set"));
-    return *mrsMain;
+    return *rs;
 }
 
 RecordRow ctlDataView::rowReader() const
@@ -125,7 +125,7 @@ bool ctlDataView::ClearViewData()
 void ctlDataView::appendRecord(const RecordRow& reader, qsizetype position, QString& scratch)
 {
     reader.joinedText(position, scratch);
-    model_->appendRow(scratch, mrsMain->bookmarkAt(position));
+    model_->appendRow(scratch, recordset().bookmarkAt(position));
     const qsizetype row = model_->rows().count() - 1;
     model_->setIcon(row, reader.icon(position));
     model_->setSmallIcon(row, reader.smallIcon(position));
@@ -225,7 +225,7 @@ bool ctlDataView::verifyRows(const RecordRow& reader, std::vector<bool>& seen)
 {
     const qsizetype total = model_->rows().count();
     QString scratch;
-    BookmarkFinder finder(*mrsMain);
+    BookmarkFinder finder(recordset());
     for (qsizetype i = total; i >= 1; --i) {
         const qsizetype row = i - 1;
         try {
@@ -289,14 +289,16 @@ void ctlDataView::SetViewSmallIcons(const ImageList* icons, const QString& iconI
 
 void ctlDataView::completeIfShort()
 {
-    if (mrsMain && model_->rowCount() < mrsMain->RecordCount())
+    Recordset* rs = mrsMain();
+    if (rs && model_->rowCount() < rs->RecordCount())
         LoadViewData(0);
 }
 
 void ctlDataView::ItemClick(const QModelIndex& index)
 {
     const int count = model_->rowCount();
-    if (!mrsMain || count >= mrsMain->RecordCount())
+    Recordset* rs = mrsMain();
+    if (!rs || count >= rs->RecordCount())
         return;
     if (count - (index.row() + 1) < 100)
         LoadViewData(100);

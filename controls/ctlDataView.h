@@ -1,4 +1,5 @@
 #pragma once
+#include <memory>
 #include "controls/DataViewModel.h"
 #include "controls/RecordRow.h"
 #include "controls/ViewFormat.h"
@@ -40,8 +41,10 @@ public:
     explicit ctlDataView(QWidget* parent = nullptr);
     ~ctlDataView() override;
 
-    // The recordset shown; the owner opens and closes it.
-    Recordset* mrsMain = nullptr;
+    // The recordset shown. The window owns it; the list only looks at it, and finds nothing once
+    // the window has let it go.
+    Recordset* mrsMain() const { return mrsMain_.lock().get(); }
+    void setMrsMain(std::weak_ptr<Recordset> rs) { mrsMain_ = std::move(rs); }
     ListItems& MainItems() { return items_; }
 
     QString IniFile() const { return iniFile_; }
@@ -96,6 +99,7 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
+    std::weak_ptr<Recordset> mrsMain_;
     friend class ListItems;
     Recordset& recordset() const;
     RecordRow rowReader() const;

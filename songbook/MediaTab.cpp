@@ -138,10 +138,10 @@ void frmSong::SearchMedia()
         if (!rs)
             return;
     }
-    ctlMedia_->mrsMain = rs.get();
+    rsMedia_ = std::move(rs);
+    ctlMedia_->setMrsMain(rsMedia_);
     ctlMedia_->ClearViewData();
     ctlMedia_->LoadViewData();
-    rsMedia_ = std::move(rs);
     MsgInfo(QString::number(found) + QStringLiteral(" file(s) founded!"));
 }
 

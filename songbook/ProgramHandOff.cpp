@@ -32,7 +32,7 @@ QStringList frmSong::selectedPaths(const QString& source, const QList<int>& sele
     QStringList paths;
     const bool songbook = source == u"songbook";
     ctlDataView* view = songbook ? ctlView_ : ctlMedia_;
-    Recordset* rs = view->mrsMain;
+    Recordset* rs = view->mrsMain();
     for (qsizetype i = 1; i < selection.size(); ++i) {
         if (!rs || !rs->setBookmark(view->MainItems().Tag(selection[i])))
             throw AppError(QStringLiteral("Bookmark is invalid."));

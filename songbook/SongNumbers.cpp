@@ -98,7 +98,7 @@ bool frmSong::RecountChars()
     ErrorTrap trap;
     for (int i = 1; i <= n; ++i) {
         const bool ok = trap.run([&] {
-            Recordset* rs = ctlView_->mrsMain;
+            Recordset* rs = ctlView_->mrsMain();
             const Bookmark bookmark = ctlView_->MainItems().Tag(selected[i]);
             if (!rs || !rs->setBookmark(bookmark))
                 throw AppError(QStringLiteral("Bookmark is invalid."));
@@ -110,7 +110,7 @@ bool frmSong::RecountChars()
             return ctlView_->SaveViewItem(bookmark, selected[i]);
         });
         if (!ok) {
-            CancelPendingEdit(ctlView_->mrsMain);
+            CancelPendingEdit(ctlView_->mrsMain());
             MsgError(QStringLiteral("Recount songs' chars failed! ") + trap.suffix());
             break;
         }

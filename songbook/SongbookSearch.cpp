@@ -131,8 +131,8 @@ bool frmSong::LoadData()
     ctlView_->ClearViewData();
     ctlFields_->LoadFieldDatas({});
     rsSong_ = std::move(rs);
-    ctlView_->mrsMain = rsSong_.get();
-    ctlFields_->mrsMain = rsSong_.get();
+    ctlView_->setMrsMain(rsSong_);
+    ctlFields_->setMrsMain(rsSong_);
     listLoading_ = true;
     const bool loaded = ctlView_->LoadViewData();
     listLoading_ = false;
@@ -154,7 +154,7 @@ bool frmSong::LoadFieldDatas(const QList<int>& selection)
 {
     BusyWindow busy(this);
     const QVariantList bookmarks = bookmarksOf(selection);
-    ctlFields_->mrsMain = rsSong_.get();
+    ctlFields_->setMrsMain(rsSong_);
     const bool ok = ctlFields_->LoadFieldDatas(bookmarks);
     SetPane(QStringLiteral("selected"), QString::number(bookmarks.size() - 1) + QStringLiteral(" selected"));
     return ok;

@@ -32,10 +32,6 @@ frmSong::frmSong(QWidget* parent) : QWidget(parent)
 
 frmSong::~frmSong()
 {
-    // The controls let go of the recordsets before these close.
-    ctlView_->mrsMain = nullptr;
-    ctlFields_->mrsMain = nullptr;
-    ctlMedia_->mrsMain = nullptr;
     if (rsSong_)
         rsSong_->Close();
     if (rsMedia_)

@@ -168,8 +168,8 @@ private:
     QTimer* tmrLoadData_ = nullptr;
 
     QString iniFile_;
-    std::unique_ptr<Recordset> rsSong_;
-    std::unique_ptr<Recordset> rsMedia_;
+    std::shared_ptr<Recordset> rsSong_;
+    std::shared_ptr<Recordset> rsMedia_;
     TextArray searchTypeCodes_;
     TextArray searchValueCodes_;
     int moveLeft_ = 0;          // the left of lblMove, in pixels

@@ -2,6 +2,7 @@
 #include "shell/services/AppError.h"
 #include "songdb/AdoTypes.h"
 #include "songdb/Gb2312Order.h"
+#include "songdb/JournalMode.h"
 #include "songdb/SqliteFunctions.h"
 #include "songdb/SqliteStatement.h"
 #include <QFileInfo>
@@ -108,6 +109,8 @@ SqliteBackend::SqliteBackend(const QString& file, int busyTimeoutMs, bool readOn
         sqlite3_close(db);
         throw AppError(error);
     }
+    if (!readOnly)
+        ApplyJournalMode(db, file);
     db_ = db;
     if (!readOnly)
         shadowScratchTable(QStringLiteral("media"));

@@ -38,7 +38,7 @@ protected:
         fields->show();
         fields->setIniFile(db->format(QStringLiteral("List.ini"), format));
         fields->LoadFieldFormat();
-        fields->mrsMain = rs.get();
+        fields->setMrsMain(rs);
         fields->OpenRecordset = [this](const QString& sql) { return db->connection().openRecordset(sql); };
         QObject::connect(fields.get(), &ctlDataFields::BeforeValueChanged,
                          [this](int i, const QString& old, QString& now, bool& cancel) {
@@ -59,7 +59,7 @@ protected:
     }
 
     std::unique_ptr<test::SongFixture> db;
-    std::unique_ptr<Recordset> rs;
+    std::shared_ptr<Recordset> rs;
     std::unique_ptr<ctlDataFields> fields;
     QStringList events;
     bool refuse = false;

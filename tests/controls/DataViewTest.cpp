@@ -43,7 +43,7 @@ protected:
         view = std::make_unique<ctlDataView>();
         view->setIniFile(db->format(QStringLiteral("List.ini"), format));
         ASSERT_TRUE(view->LoadViewFormat());
-        view->mrsMain = rs.get();
+        view->setMrsMain(rs);
         QObject::connect(view.get(), &ctlDataView::StateChanged, [this](int t, int s, const QString& m) {
             states.push_back({t, s, m});
             events << QStringLiteral("state");
@@ -79,7 +79,7 @@ protected:
     }
 
     std::unique_ptr<test::SongFixture> db;
-    std::unique_ptr<Recordset> rs;
+    std::shared_ptr<Recordset> rs;
     std::unique_ptr<ctlDataView> view;
     std::unique_ptr<QAbstractItemModelTester> tester;
     std::vector<State> states;

@@ -42,7 +42,7 @@ TEST(Showcase, OneFormatFileBuildsTheWindow)
         QStringLiteral("update song set title='月亮代表我的心 ' || id, singer='邓丽君' where id % 3 = 0;"
                        "update song set title='光辉岁月 ' || id, singer='Beyond 乐队' where id % 3 = 1;"
                        "update song set remark='secret';"));
-    auto rs = db.open();
+    std::shared_ptr<Recordset> rs = db.open();
     const QString format = db.format(QStringLiteral("ListShowcase.ini"), kFormat);
 
     QWidget window;
@@ -66,8 +66,8 @@ TEST(Showcase, OneFormatFileBuildsTheWindow)
     view->LoadViewFormat();
     fields->LoadFieldFormat();
     buttons->LoadButtonFormat();
-    view->mrsMain = rs.get();
-    fields->mrsMain = rs.get();
+    view->setMrsMain(rs);
+    fields->setMrsMain(rs);
     window.resize(1100, 520);
     window.show();
 
