@@ -61,6 +61,13 @@ public:
     virtual void removeRow(const QString& table, qint64 key) = 0;
     // Reads the named columns of one row into a row of the store (after an insert: generated ids).
     virtual bool readRow(const QString& table, qint64 key, RowStore& into, qsizetype row) = 0;
+
+    // A second, read-only connection to the same database, for reading on another thread while
+    // this one stays free; nullptr when the store cannot give one (the caller then reads here).
+    virtual std::shared_ptr<Backend> openReader() const { return nullptr; }
+    // Makes the statement running on this connection, or the next one to start, fail soon.
+    // Safe to call from any thread while the connection is open.
+    virtual void interrupt() {}
 };
 
 }  // namespace td

@@ -32,7 +32,7 @@ bool Connection::readOnly() const
     return backend_ && backend_->readOnly();
 }
 
-std::unique_ptr<Recordset> Connection::openRecordset(const QString& jetSql)
+RecordSource Connection::prepareRead(const QString& jetSql)
 {
     if (!isOpen())
         throwClosed();
@@ -47,9 +47,21 @@ std::unique_ptr<Recordset> Connection::openRecordset(const QString& jetSql)
         source.baseTable = st.baseTable;
         source.keyed = true;
     }
+    return source;
+}
+
+std::unique_ptr<Recordset> Connection::recordsetFrom(RecordSource source, std::unique_ptr<RowStore> rows,
+                                                     std::vector<qint64> keys)
+{
+    return std::make_unique<Recordset>(std::move(source), std::move(rows), std::move(keys));
+}
+
+std::unique_ptr<Recordset> Connection::openRecordset(const QString& jetSql)
+{
+    RecordSource source = prepareRead(jetSql);
     std::vector<qint64> keys;
     auto rows = backend_->query(source.nativeSql, source.keyed, &keys);
-    return std::make_unique<Recordset>(std::move(source), std::move(rows), std::move(keys));
+    return recordsetFrom(std::move(source), std::move(rows), std::move(keys));
 }
 
 qint64 Connection::execute(const QString& jetSql)

@@ -22,6 +22,12 @@ public:
 
     // Opens a client-side recordset: every row is read before this returns.
     std::unique_ptr<Recordset> openRecordset(const QString& jetSql);
+    // The read of a statement with rows, translated and bound to this connection, for a reader
+    // elsewhere (BackgroundRead); throws AppError as openRecordset does before it reads.
+    RecordSource prepareRead(const QString& jetSql);
+    // A recordset of this connection from rows read elsewhere for a prepared read.
+    static std::unique_ptr<Recordset> recordsetFrom(RecordSource source, std::unique_ptr<RowStore> rows,
+                                                    std::vector<qint64> keys);
     // Runs a statement without rows; answers the number of rows it changed.
     qint64 execute(const QString& jetSql);
 

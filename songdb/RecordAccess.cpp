@@ -28,8 +28,7 @@ QByteArray readPadded(QFile& file, qsizetype size)
 }
 }  // namespace
 
-bool SongGetRecordset(const QString& fields, const QString& table, const QString& where, const QString& order,
-                      std::unique_ptr<Recordset>& rs)
+QString SongRecordsetSql(const QString& fields, const QString& table, const QString& where, const QString& order)
 {
     QString sql = fields.isEmpty() || fields == u"*" ? QStringLiteral("select * ")
                                                      : QStringLiteral("select ") + fields + u' ';
@@ -40,6 +39,13 @@ bool SongGetRecordset(const QString& fields, const QString& table, const QString
         sql += QStringLiteral(" where ") + condition;
     if (!order.isEmpty())
         sql += QStringLiteral(" order by ") + order;
+    return sql;
+}
+
+bool SongGetRecordset(const QString& fields, const QString& table, const QString& where, const QString& order,
+                      std::unique_ptr<Recordset>& rs)
+{
+    const QString sql = SongRecordsetSql(fields, table, where, order);
     // The one message of a failure names this helper, not the statement runner.
     return OpenRecordsetReported("SongGetRecordset", sql, rs);
 }

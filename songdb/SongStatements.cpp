@@ -41,11 +41,11 @@ void SetSongLastError(const QString& description)
     lastError() = description;
 }
 
-QString ErrorText(const std::exception& e)
+void ReportStatementFailure(const char* name, const QString& sql, const QString& description)
 {
-    if (auto* app = dynamic_cast<const AppError*>(&e))
-        return app->description();
-    return QString::fromUtf8(e.what());
+    SetSongLastError(description);
+    MsgError(QString::fromLatin1(name) + QStringLiteral(" failed!") + ErrSuffix(description) + kCrLf +
+             QStringLiteral("SQL=") + sql);
 }
 
 namespace {
@@ -58,9 +58,7 @@ bool reported(const char* name, const QString& sql, Run run)
         SetSongLastError({});
         return true;
     } catch (const std::exception& e) {
-        SetSongLastError(ErrorText(e));
-        MsgError(QString::fromLatin1(name) + QStringLiteral(" failed!") + ErrSuffix(e) + kCrLf +
-                 QStringLiteral("SQL=") + sql);
+        ReportStatementFailure(name, sql, ErrorText(e));
         return false;
     }
 }

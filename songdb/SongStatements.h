@@ -12,6 +12,8 @@ bool SongOpenRecordset(const QString& sql, std::unique_ptr<Recordset>& rs);
 bool SongExecute(const QString& sql);
 // Opens a recordset as SongOpenRecordset does; a failure is shown as "<name> failed! Err=...".
 bool OpenRecordsetReported(const char* name, const QString& sql, std::unique_ptr<Recordset>& rs);
+// Makes a failure of that statement the pending error and shows it as those helpers do.
+void ReportStatementFailure(const char* name, const QString& sql, const QString& description);
 QString SongReadValue(const QString& section, const QString& key, const QString& def);
 bool SongWriteValue(const QString& section, const QString& key, const QString& value);
 
@@ -19,7 +21,5 @@ bool SongWriteValue(const QString& section, const QString& key, const QString& v
 // next message shows after " Err="); empty when the last operation succeeded.
 QString SongLastError();
 void SetSongLastError(const QString& description);
-// The description of an error caught from the store.
-QString ErrorText(const std::exception& e);
 
 }  // namespace td

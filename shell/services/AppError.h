@@ -23,11 +23,16 @@ inline QString ErrSuffix(const QString& description)
 {
     return description.isEmpty() ? QString() : QStringLiteral(" Err=") + description;
 }
-inline QString ErrSuffix(const std::exception& e)
+// The description of any error caught: an AppError's own, otherwise what the library said.
+inline QString ErrorText(const std::exception& e)
 {
     if (auto* app = dynamic_cast<const AppError*>(&e))
-        return ErrSuffix(app->description());
-    return ErrSuffix(QString::fromUtf8(e.what()));
+        return app->description();
+    return QString::fromUtf8(e.what());
+}
+inline QString ErrSuffix(const std::exception& e)
+{
+    return ErrSuffix(ErrorText(e));
 }
 
 // The numeric value of a text: the number at its start, 0 when there is none. Never an error.

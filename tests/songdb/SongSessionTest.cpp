@@ -1,5 +1,6 @@
 #include "../shell/FakePlatform.h"
 #include "SessionFixture.h"
+#include "shell/services/AppError.h"
 #include "shell/services/AppPaths.h"
 #include "songdb/RecordAccess.h"
 #include "songdb/SongStatements.h"
