@@ -1,6 +1,5 @@
 #include "controls/StatusStrip.h"
 #include "shell/services/AppError.h"
-#include "shell/services/LongJobs.h"
 #include "shell/services/Translate.h"
 #include <QEvent>
 #include <QHBoxLayout>
@@ -13,6 +12,11 @@
 #include <limits>
 
 namespace td {
+
+namespace {
+// How often a whole pass, which runs without the event loop, repaints its counter.
+constexpr qint64 kRepaintMs = 30;
+}  // namespace
 
 namespace {
 struct MoveButton {
@@ -116,7 +120,7 @@ void StatusStrip::StepStatus(qint64 n)
 void StatusStrip::showCounter()
 {
     text_ = QStringLiteral("%1 / %2").arg(value_).arg(max_);
-    if (repaint_.due()) {
+    if (!sinceRepaint_.isValid() || sinceRepaint_.elapsed() >= kRepaintMs) {
         showNow();
         pbrStatus_->repaint();
         lblStatus_->repaint();
@@ -130,7 +134,7 @@ void StatusStrip::showNow()
     pbrStatus_->setRange(0, int(max_ / scale));
     pbrStatus_->setValue(int(value_ / scale));
     lblStatus_->setText(text_);
-    repaint_.restart();
+    sinceRepaint_.restart();
 }
 
 void StatusStrip::EndStatus()
@@ -141,14 +145,10 @@ void StatusStrip::EndStatus()
     lblStatus_->clear();
 }
 
-bool StatusStrip::YieldAndCheckCancel()
+bool StatusStrip::CheckCancel()
 {
-    if (yield_.due()) {
-        showNow();
-        yield_.now();
-    }
-    // The end of the program asks running jobs to stop, as the cancel button would.
-    return canceled_ || JobsStopRequested();
+    showNow();
+    return canceled_;
 }
 
 bool StatusStrip::eventFilter(QObject* watched, QEvent* event)

@@ -1,5 +1,5 @@
 #pragma once
-#include "controls/UiYield.h"
+#include <QElapsedTimer>
 #include <QWidget>
 #include <array>
 
@@ -21,9 +21,9 @@ public:
     void StepStatus(qint64 n);
     void EndStatus();
     bool IsStatusCanceled() const { return canceled_; }
-    // Lets the interface run if it is due; answers the cancel flag.
-    bool YieldAndCheckCancel();
-    void YieldNow() { yield_.now(); }
+    // Brings the bar up to date and answers the cancel flag; a click on cancel reaches the flag
+    // between two slices of a pass.
+    bool CheckCancel();
 
     QString Text() const;
     qint64 Value() const { return value_; }
@@ -53,8 +53,7 @@ private:
     qint64 value_ = 0;
     qint64 max_ = 0;
     QString text_;
-    UiYield yield_;
-    UiYield repaint_{30};
+    QElapsedTimer sinceRepaint_;
 };
 
 }  // namespace td

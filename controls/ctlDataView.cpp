@@ -1,11 +1,13 @@
 #include "controls/ctlDataView.h"
 #include "controls/StatusStrip.h"
 #include "controls/Twips.h"
-#include "controls/UiYield.h"
+#include "controls/ControlsLog.h"
 #include "controls/VbInput.h"
 #include "shell/services/AppError.h"
 #include "shell/services/Dialogs.h"
+#include <QElapsedTimer>
 #include <QHeaderView>
+#include <QTimer>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QTreeView>
@@ -39,6 +41,11 @@ ctlDataView::ctlDataView(QWidget* parent) : QWidget(parent)
     lvwMain_->viewport()->installEventFilter(this);
     lvwMain_->viewport()->setMouseTracking(true);
 
+    // A list filled in the background goes on in slices from the event loop, the window live between them.
+    sliceTimer_ = new QTimer(this);
+    sliceTimer_->setInterval(0);
+    connect(sliceTimer_, &QTimer::timeout, this, &ctlDataView::nextSlice);
+
     strip_ = new StatusStrip(this);
     connect(strip_, &StatusStrip::MoveRequested, this, &ctlDataView::Move);
     connect(strip_, &StatusStrip::MoveToRequested, this,
@@ -51,10 +58,8 @@ ctlDataView::ctlDataView(QWidget* parent) : QWidget(parent)
     layout->addWidget(strip_, 0);
 }
 
-ctlDataView::~ctlDataView()
-{
-    SaveViewFormat();
-}
+// The column layout goes back to the format file when the owning window closes, never from here.
+ctlDataView::~ctlDataView() = default;
 
 bool ctlDataView::MultiSelect() const
 {
@@ -136,140 +141,261 @@ void ctlDataView::reportLoadFailure(const std::exception& e)
     MsgError(QStringLiteral("Load data failed! ") + ErrSuffix(e));
 }
 
-// Runs a load or refresh pass: none starts while another yields, a failure shows as "Load data
-// failed!", and the strip and the owner's state are brought up to date at the end.
-bool ctlDataView::runPass(const std::function<bool(Recordset&)>& pass)
-{
-    if (loading_)
-        return false;
-    loading_ = true;
+// One load or refresh pass. It holds the recordset for its life and goes on from where the last
+// slice stopped, so it can run in slices from the event loop or to its end at once.
+struct ctlDataView::Pass {
+    Pass(std::shared_ptr<Recordset> recordset, const std::vector<ViewColumn>& columns, const ImageRule& icon,
+         const ImageRule& smallIcon)
+        : rs(std::move(recordset)), reader(*rs, columns, icon, smallIcon)
+    {
+    }
+    enum class Phase { Verify, Add, Done };
+    std::shared_ptr<Recordset> rs;
+    RecordRow reader;
+    std::vector<bool> seen;
+    Phase phase = Phase::Done;
+    bool refreshing = false;
+    int maxItems = 0;
+    qsizetype verifyTotal = 0;  // list rows when the verify began
+    qsizetype verifyAt = 0;     // 1-based list row the verify looks at next, going up the list
+    qsizetype addAt = 0;        // recordset position the add looks at next
+    int added = 0;
+    bool shown = false;
     bool ok = true;
     bool report = true;
-    try {
-        report = pass(recordset());
-    } catch (const std::exception& e) {
-        reportLoadFailure(e);
-        ok = false;
-    }
-    model_->publish();
-    strip_->EndStatus();
-    loading_ = false;
-    if (report)
-        UpdateViewState();
-    return ok;
+    QString scratch;
+    QElapsedTimer sincePublish;
+};
+
+ctlDataView::PassSlice ctlDataView::sliceTimer()
+{
+    PassSlice slice;
+    slice.timer.start();
+    return slice;
 }
 
-bool ctlDataView::LoadViewData(int piMaxItem)
+bool ctlDataView::beginPass(bool refreshing, int maxItems)
 {
-    return runPass([&](Recordset& rs) {
-        const qsizetype n = rs.RecordCount();
-        if (n < 1)
-            return true;
-        const RecordRow reader = rowReader();
-        std::vector<bool> seen(static_cast<std::size_t>(n), false);
-        BookmarkFinder finder(rs);
-        for (qsizetype r = 0; r < model_->rows().count(); ++r) {
-            const qsizetype pos = finder.find(model_->tag(r), 1);
-            if (pos >= 0)
-                seen[std::size_t(pos)] = true;
+    if (pass_)
+        return false;  // one pass at a time; the running one stays
+    try {
+        std::shared_ptr<Recordset> rs = mrsMain_.lock();
+        if (!rs)
+            throw AppError(QStringLiteral("Object variable or With block variable not set"));
+        if (refreshing)
+            rs->Requery();
+        pass_ = std::make_unique<Pass>(rs, columns_, icon_, smallIcon_);
+    } catch (const std::exception& e) {
+        reportLoadFailure(e);
+        model_->publish();
+        strip_->EndStatus();
+        UpdateViewState();
+        emit LoadFinished(false);
+        return false;
+    }
+    Pass& p = *pass_;
+    p.refreshing = refreshing;
+    p.maxItems = maxItems;
+    p.sincePublish.start();
+    const qsizetype n = p.rs->RecordCount();
+    if (n < 1) {
+        if (refreshing) {
+            model_->clearRows();
+            p.report = false;  // an emptied list reports no state
         }
-        strip_->StartStatus(QStringLiteral("showing data ..."), 0, n, true);
-        strip_->YieldNow();
-        addUnseen(reader, seen, piMaxItem, false);
         return true;
-    });
+    }
+    p.seen.assign(std::size_t(n), false);
+    if (refreshing) {
+        p.verifyTotal = p.verifyAt = model_->rows().count();
+        p.phase = Pass::Phase::Verify;
+        if (p.verifyTotal > 0)
+            strip_->StartStatus(QStringLiteral("verify records ..."), 0, p.verifyTotal, true);
+        return true;
+    }
+    BookmarkFinder finder(*p.rs);
+    for (qsizetype r = 0; r < model_->rows().count(); ++r) {
+        const qsizetype pos = finder.find(model_->tag(r), 1);
+        if (pos >= 0)
+            p.seen[std::size_t(pos)] = true;
+    }
+    strip_->StartStatus(QStringLiteral("showing data ..."), 0, n, true);
+    p.phase = Pass::Phase::Add;
+    return true;
+}
+
+// Works on the pass until it is over or, at a thousand-row mark, the slice's time is up.
+// Answers true when the pass is over.
+bool ctlDataView::runPass(const PassSlice& slice)
+{
+    Pass& p = *pass_;
+    try {
+        if (p.phase == Pass::Phase::Verify && verifySome(slice))
+            startAdding();
+        if (p.phase == Pass::Phase::Add && addSome(slice))
+            p.phase = Pass::Phase::Done;
+    } catch (const std::exception& e) {
+        reportLoadFailure(e);
+        p.ok = false;
+        p.phase = Pass::Phase::Done;
+    }
+    return p.phase == Pass::Phase::Done;
+}
+
+bool ctlDataView::sliceOver(const PassSlice& slice) const
+{
+    return slice.budgetMs >= 0 && slice.timer.elapsed() >= slice.budgetMs;
+}
+
+// The verify walks the list up from its last row, so removing a row never moves one still to come.
+bool ctlDataView::verifySome(const PassSlice& slice)
+{
+    Pass& p = *pass_;
+    BookmarkFinder finder(*p.rs);
+    for (; p.verifyAt >= 1; --p.verifyAt) {
+        const qsizetype i = p.verifyAt;
+        const qsizetype row = i - 1;
+        if (row < model_->rows().count()) {
+            try {
+                const qsizetype pos = finder.find(model_->tag(row), -1);
+                if (pos < 0) {
+                    model_->removeRow(row);
+                } else {
+                    p.reader.joinedText(pos, p.scratch);
+                    if (model_->rows().joined(row) != QStringView(p.scratch))
+                        model_->setRowText(row, p.scratch);
+                    model_->setIcon(row, p.reader.icon(pos));
+                    model_->setSmallIcon(row, p.reader.smallIcon(pos));
+                    p.seen[std::size_t(pos)] = true;
+                }
+            } catch (const std::exception& e) {
+                qCWarning(lcControls) << "a list row could not be verified:" << ErrorText(e);
+            }
+        }
+        if (i % 10 == 0)
+            strip_->StepStatus(p.verifyTotal - i);
+        if (i % 1000 == 0) {
+            if (strip_->CheckCancel()) {
+                p.phase = Pass::Phase::Done;
+                return false;
+            }
+            if (sliceOver(slice)) {
+                --p.verifyAt;
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
+void ctlDataView::startAdding()
+{
+    Pass& p = *pass_;
+    strip_->StartStatus(QStringLiteral("add records ..."), 0, p.rs->RecordCount(), true);
+    p.phase = Pass::Phase::Add;
 }
 
 // Adds a row for each record not seen, in recordset order. The status counts positions in a load
-// and records in a refresh; both yield every thousand and stop on cancel.
-void ctlDataView::addUnseen(const RecordRow& reader, const std::vector<bool>& seen, int maxItems,
-                            bool refreshing)
+// and records in a refresh; both look at the cancel button every thousand.
+bool ctlDataView::addSome(const PassSlice& slice)
 {
-    const qsizetype n = qsizetype(seen.size());
-    // Room for exactly the rows to come: a refresh adds few, and a list of a million rows should
-    // not reserve a second million. Short loads (a hundred more on a click) grow as usual.
-    if (maxItems == 0)
-        model_->reserveRows(model_->rows().count() + std::count(seen.begin(), seen.end(), false));
-    QString scratch;
-    int added = 0;
-    // Every paint after new rows lays out the whole list again, which at a million rows costs more
-    // than filling; the first rows show at once, more join a few times a second.
-    UiYield publishing(250);
-    bool shown = false;
-    for (qsizetype pos = 0; pos < n; ++pos) {
-        if (!seen[std::size_t(pos)]) {
-            appendRecord(reader, pos, scratch);
-            ++added;
-            if (maxItems != 0 && added >= maxItems)
-                break;
+    Pass& p = *pass_;
+    const qsizetype n = qsizetype(p.seen.size());
+    if (p.addAt == 0 && p.maxItems == 0) {
+        // Room for exactly the rows to come: a refresh adds few, and a list of a million rows should
+        // not reserve a second million. Short loads (a hundred more on a click) grow as usual.
+        model_->reserveRows(model_->rows().count() + std::count(p.seen.begin(), p.seen.end(), false));
+    }
+    for (; p.addAt < n; ++p.addAt) {
+        const qsizetype pos = p.addAt;
+        if (!p.seen[std::size_t(pos)]) {
+            appendRecord(p.reader, pos, p.scratch);
+            ++p.added;
+            if (p.maxItems != 0 && p.added >= p.maxItems)
+                return true;
         }
         // The load counts the position it moved to, the refresh the record it just looked at.
-        const qsizetype counter = refreshing ? pos + 1 : pos + 2;
+        const qsizetype counter = p.refreshing ? pos + 1 : pos + 2;
         if (counter > n)
             continue;
         if (counter % 10 == 0)
             strip_->StepStatus(counter);
         if (counter % 1000 == 0) {
-            if (!shown || publishing.due()) {
+            // Every paint after new rows lays out the whole list again, which at a million rows costs
+            // more than filling; the first rows show at once, more join a few times a second.
+            if (!p.shown || p.sincePublish.elapsed() >= 250) {
                 model_->publish();
-                publishing.restart();
-                shown = true;
+                p.sincePublish.restart();
+                p.shown = true;
             }
-            if (strip_->YieldAndCheckCancel())
-                break;
-        }
-    }
-}
-
-bool ctlDataView::verifyRows(const RecordRow& reader, std::vector<bool>& seen)
-{
-    const qsizetype total = model_->rows().count();
-    QString scratch;
-    BookmarkFinder finder(recordset());
-    for (qsizetype i = total; i >= 1; --i) {
-        const qsizetype row = i - 1;
-        try {
-            const qsizetype pos = finder.find(model_->tag(row), -1);
-            if (pos < 0) {
-                model_->removeRow(row);
-            } else {
-                reader.joinedText(pos, scratch);
-                if (model_->rows().joined(row) != QStringView(scratch))
-                    model_->setRowText(row, scratch);
-                model_->setIcon(row, reader.icon(pos));
-                model_->setSmallIcon(row, reader.smallIcon(pos));
-                seen[std::size_t(pos)] = true;
+            if (strip_->CheckCancel())
+                return true;
+            if (sliceOver(slice)) {
+                ++p.addAt;
+                return false;
             }
-        } catch (const std::exception&) {
-            // One bad row must not stop the pass.
         }
-        if (i % 10 == 0)
-            strip_->StepStatus(total - i);
-        if (i % 1000 == 0 && strip_->YieldAndCheckCancel())
-            return false;
     }
     return true;
 }
 
+bool ctlDataView::endPass()
+{
+    std::unique_ptr<Pass> p = std::move(pass_);
+    sliceTimer_->stop();
+    model_->publish();
+    strip_->EndStatus();
+    if (p->report)
+        UpdateViewState();
+    emit LoadFinished(p->ok);
+    return p->ok;
+}
+
+bool ctlDataView::runWholePass(bool refreshing, int maxItems)
+{
+    if (!beginPass(refreshing, maxItems))
+        return false;
+    runPass(PassSlice{});
+    return endPass();
+}
+
+bool ctlDataView::LoadViewData(int piMaxItem)
+{
+    return runWholePass(false, piMaxItem);
+}
+
 bool ctlDataView::RefreshViewData()
 {
-    return runPass([&](Recordset& rs) {
-        rs.Requery();
-        const qsizetype n = rs.RecordCount();
-        if (n == 0) {
-            model_->clearRows();
-            return false;  // an emptied list reports no state
-        }
-        const RecordRow reader = rowReader();
-        std::vector<bool> seen(static_cast<std::size_t>(n), false);
-        if (model_->rows().count() > 0)
-            strip_->StartStatus(QStringLiteral("verify records ..."), 0, model_->rows().count(), true);
-        if (verifyRows(reader, seen)) {
-            strip_->StartStatus(QStringLiteral("add records ..."), 0, n, true);
-            addUnseen(reader, seen, 0, true);
-        }
-        return true;
-    });
+    return runWholePass(true, 0);
+}
+
+void ctlDataView::BeginLoadViewData()
+{
+    StopLoading();
+    if (beginPass(false, 0))
+        sliceTimer_->start();
+}
+
+void ctlDataView::nextSlice()
+{
+    PassSlice slice = sliceTimer();
+    slice.budgetMs = kSliceMs;
+    if (pass_ && runPass(slice))
+        endPass();
+}
+
+void ctlDataView::StopLoading()
+{
+    if (!pass_)
+        return;
+    pass_->phase = Pass::Phase::Done;
+    endPass();
+}
+
+void ctlDataView::FinishLoading()
+{
+    if (pass_ && runPass(PassSlice{}))
+        endPass();
 }
 
 void ctlDataView::SetViewIcons(const ImageList* icons, const QString& iconId, const QString& iconField)
@@ -289,6 +415,7 @@ void ctlDataView::SetViewSmallIcons(const ImageList* icons, const QString& iconI
 
 void ctlDataView::completeIfShort()
 {
+    FinishLoading();
     Recordset* rs = mrsMain();
     if (rs && model_->rowCount() < rs->RecordCount())
         LoadViewData(0);

@@ -3,10 +3,12 @@
 #include "controls/DataViewModel.h"
 #include "controls/RecordRow.h"
 #include "controls/ViewFormat.h"
+#include <QElapsedTimer>
 #include <QList>
 #include <QWidget>
 #include <functional>
 
+class QTimer;
 class QTreeView;
 
 namespace td {
@@ -55,8 +57,17 @@ public:
     bool LoadViewFormat();
     bool SaveViewFormat();
     bool ClearViewData();
+    // Fills or refreshes the list to the end before answering; no event runs in between.
     bool LoadViewData(int piMaxItem = 0);
     bool RefreshViewData();
+    // Starts filling the whole list in slices from the event loop, the window live between them; a
+    // pass under way stops first. LoadFinished comes at the end, as it does after the two above.
+    void BeginLoadViewData();
+    bool Loading() const { return pass_ != nullptr; }
+    // Stops a pass under way where it is, as the cancel button does; the rows so far stay.
+    void StopLoading();
+    // Runs a pass under way to its end at once.
+    void FinishLoading();
     void SetViewIcons(const ImageList* icons, const QString& iconId, const QString& iconField);
     void SetViewSmallIcons(const ImageList* icons, const QString& iconId, const QString& iconField);
 
@@ -93,6 +104,8 @@ signals:
     void ItemsSelected(const QList<int>& selItems);
     // A count of -1 means no news: the owner keeps what it shows.
     void StateChanged(int total, int selected, const QString& message);
+    // A load or refresh pass has ended: at its end, on cancel, or failed (ok false, after its message).
+    void LoadFinished(bool ok);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -104,10 +117,24 @@ private:
     Recordset& recordset() const;
     RecordRow rowReader() const;
     void appendRecord(const RecordRow& reader, qsizetype position, QString& scratch);
-    bool verifyRows(const RecordRow& reader, std::vector<bool>& seen);
-    void addUnseen(const RecordRow& reader, const std::vector<bool>& seen, int maxItems, bool refreshing);
+    struct Pass;
+    // How long a slice may run; a budget below zero runs the pass to its end.
+    struct PassSlice {
+        QElapsedTimer timer;
+        qint64 budgetMs = -1;
+    };
+    static constexpr qint64 kSliceMs = 20;
+    static PassSlice sliceTimer();
+    bool beginPass(bool refreshing, int maxItems);
+    bool runPass(const PassSlice& slice);
+    bool sliceOver(const PassSlice& slice) const;
+    bool verifySome(const PassSlice& slice);
+    void startAdding();
+    bool addSome(const PassSlice& slice);
+    bool endPass();
+    bool runWholePass(bool refreshing, int maxItems);
+    void nextSlice();
     void reportLoadFailure(const std::exception& e);
-    bool runPass(const std::function<bool(Recordset&)>& pass);
     void completeIfShort();
     void ColumnClick(int column);
     void ItemClick(const QModelIndex& index);
@@ -132,7 +159,8 @@ private:
     bool sorted_ = false;
     Qt::SortOrder sortOrder_ = Qt::AscendingOrder;
     int lastMouseButton_ = 0;
-    bool loading_ = false;
+    std::unique_ptr<Pass> pass_;
+    QTimer* sliceTimer_ = nullptr;
 };
 
 }  // namespace td

@@ -61,10 +61,23 @@ QString frmProcess::HintText() const
     return lblHint_->text();
 }
 
+void ProgressCount::step(qint64 to)
+{
+    if (to != 0) {
+        if (max < double(to))
+            max = double(to);
+        value = double(to);
+    } else {
+        if (value >= max)
+            max = value + 1;
+        value += 1;
+    }
+}
+
 void frmProcess::showBar()
 {
-    const double span = max_ - min_;
-    pbrProcess_->setValue(span > 0 ? int(std::lround((value_ - min_) / span * kBarSteps)) : 0);
+    const double span = count_.max;
+    pbrProcess_->setValue(span > 0 ? int(std::lround(count_.value / span * kBarSteps)) : 0);
 }
 
 void frmProcess::StartProcess(const QString& psCaption, const QString& psHint, qint64 plStart, qint64 plMax,
@@ -78,36 +91,29 @@ void frmProcess::StartProcess(const QString& psCaption, const QString& psHint, q
     lblHint_->setText(plMax == 100 ? psHint
                                    : psHint + QStringLiteral(" 0 of ") + CounterNumber(double(plMax)) +
                                          QStringLiteral(" done!"));
-    min_ = 0;
-    max_ = double(plMax);
-    value_ = double(plStart);
+    count_ = ProgressCount{double(plStart), double(plMax)};
     showBar();
     cmdCancel_->setEnabled(pbCanCancel);
     show();
-    repaint();
-    yield_.now();
 }
 
 void frmProcess::Processing(qint64 plValue)
 {
-    if (plValue != 0) {
-        if (max_ < double(plValue))
-            max_ = double(plValue);
-        value_ = double(plValue);
-    } else {
-        if (value_ >= max_)
-            max_ = value_ + 1;
-        value_ += 1;
-    }
-    lblHint_->setText(hint_ + u' ' + CounterNumber(value_) + QStringLiteral(" of ") + CounterNumber(max_) +
-                      QStringLiteral(" done!"));
+    ProgressCount count = count_;
+    count.step(plValue);
+    ShowCount(count);
+}
+
+void frmProcess::ShowCount(const ProgressCount& count)
+{
+    count_ = count;
+    lblHint_->setText(hint_ + u' ' + CounterNumber(count_.value) + QStringLiteral(" of ") +
+                      CounterNumber(count_.max) + QStringLiteral(" done!"));
     showBar();
-    yield_.ifDue();
 }
 
 bool frmProcess::IsProcessCanceled()
 {
-    yield_.ifDue();
     return canceled_;
 }
 
@@ -116,6 +122,12 @@ void frmProcess::EndProcess()
     hide();
     sharedWindow() = nullptr;
     deleteLater();
+}
+
+void frmProcess::EndShown()
+{
+    if (sharedWindow())
+        sharedWindow()->EndProcess();
 }
 
 }  // namespace td

@@ -1,5 +1,4 @@
 #pragma once
-#include "controls/UiYield.h"
 #include <QDialog>
 
 class QLabel;
@@ -8,9 +7,17 @@ class QPushButton;
 
 namespace td {
 
-// The progress window of long jobs. The job keeps the loop; the window keeps the bar, the counter
-// text and the cancel flag. Stepping and asking for the flag let the interface run a few dozen
-// times a second, so a cancel click arrives while the job goes on.
+// Position and maximum of a job's progress, as Processing moves them: a step to a value beyond the
+// maximum raises it, a plain step (0) adds one and raises a maximum it reaches.
+struct ProgressCount {
+    double value = 0;
+    double max = 0;
+    void step(qint64 to);
+};
+
+// The progress window of long jobs. The job keeps the loop, on a thread of its own (JobRunner);
+// the window keeps the bar, the counter text and the cancel flag, and is only ever touched on the
+// interface thread, so a cancel click is seen as soon as it is made.
 class frmProcess : public QDialog {
     Q_OBJECT
 public:
@@ -23,10 +30,14 @@ public:
     bool IsProcessCanceled();
     void ResumeProcess() { canceled_ = false; }
     void EndProcess();
+    // Shows a count reached by a job's steps.
+    void ShowCount(const ProgressCount& count);
+    // Ends the window if one is shown.
+    static void EndShown();
 
     QString HintText() const;
-    double Max() const { return max_; }
-    double Value() const { return value_; }
+    double Max() const { return count_.max; }
+    double Value() const { return count_.value; }
     QPushButton* cancelButton() const { return cmdCancel_; }
 
 private:
@@ -38,8 +49,7 @@ private:
     QPushButton* cmdCancel_ = nullptr;
     QString hint_;
     bool canceled_ = false;
-    double min_ = 0, max_ = 0, value_ = 0;
-    UiYield yield_;
+    ProgressCount count_;
 };
 
 // A number as the counter texts print it: whole numbers without a decimal point.

@@ -85,7 +85,7 @@ void exec(sqlite3* db, const QString& sql)
 }  // namespace
 
 SqliteBackend::SqliteBackend(const QString& file, int busyTimeoutMs, bool readOnly, bool create)
-    : readOnly_(readOnly)
+    : readOnly_(readOnly), file_(file), busyTimeoutMs_(busyTimeoutMs)
 {
     // A connection lives on one thread; without its mutex every column read of a row costs no lock.
     int flags = (readOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE) | SQLITE_OPEN_NOMUTEX;
@@ -143,6 +143,28 @@ void SqliteBackend::shadowScratchTable(const QString& table)
 SqliteBackend::~SqliteBackend()
 {
     close();
+}
+
+std::shared_ptr<Backend> SqliteBackend::openReader() const
+{
+    // A memory database is private to its connection: nothing else can read it.
+    if (!db_ || file_.isEmpty() || file_.startsWith(u':'))
+        return nullptr;
+    auto reader = std::make_shared<SqliteBackend>(file_, busyTimeoutMs_, true, false);
+    // A reader looks at the interrupt mark every thousand steps, so an interrupt that comes just
+    // before its statement starts is not lost.
+    sqlite3_progress_handler(
+        reader->db_, 1000,
+        [](void* self) { return static_cast<SqliteBackend*>(self)->interrupted_.load() ? 1 : 0; },
+        reader.get());
+    return reader;
+}
+
+void SqliteBackend::interrupt()
+{
+    interrupted_ = true;
+    if (db_)
+        sqlite3_interrupt(db_);
 }
 
 const SqlDialect& SqliteBackend::dialect() const

@@ -1,6 +1,7 @@
 #pragma once
 #include "songdb/Backend.h"
 #include <QString>
+#include <atomic>
 
 struct sqlite3;
 struct sqlite3_stmt;
@@ -33,6 +34,9 @@ public:
     void removeRow(const QString& table, qint64 key) override;
     bool readRow(const QString& table, qint64 key, RowStore& into, qsizetype row) override;
 
+    std::shared_ptr<Backend> openReader() const override;
+    void interrupt() override;
+
     sqlite3* handle() const { return db_; }
 
 private:
@@ -43,6 +47,9 @@ private:
 
     sqlite3* db_ = nullptr;
     bool readOnly_ = false;
+    QString file_;
+    int busyTimeoutMs_ = 0;
+    std::atomic<bool> interrupted_{false};
 };
 
 }  // namespace td
