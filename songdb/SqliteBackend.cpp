@@ -5,6 +5,7 @@
 #include "songdb/JournalMode.h"
 #include "songdb/SqliteFunctions.h"
 #include "songdb/SqliteStatement.h"
+#include "songdb/StoreLog.h"
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <QStringList>
@@ -13,6 +14,27 @@
 namespace td {
 
 namespace {
+
+std::atomic<int> g_midStatementStarts{0};
+
+// A statement that starts while another of its connection is mid-step would see (or make) a
+// half-done state: the mark of an event loop run from inside the store.
+int watchStatementStart(unsigned, void*, void* statement, void* text)
+{
+    auto* started = static_cast<sqlite3_stmt*>(statement);
+    if (static_cast<const char*>(text)[0] == '-')
+        return 0;  // a trigger's own statement, inside its parent
+    sqlite3* db = sqlite3_db_handle(started);
+    for (sqlite3_stmt* other = sqlite3_next_stmt(db, nullptr); other; other = sqlite3_next_stmt(db, other)) {
+        if (other != started && sqlite3_stmt_busy(other)) {
+            ++g_midStatementStarts;
+            qCWarning(lcStore) << "a statement started in the middle of another:" << sqlite3_sql(started)
+                               << "inside" << sqlite3_sql(other);
+            break;
+        }
+    }
+    return 0;
+}
 
 AppError rowGone()
 {
@@ -99,6 +121,7 @@ SqliteBackend::SqliteBackend(const QString& file, int busyTimeoutMs, bool readOn
         throw AppError(error);
     }
     sqlite3_extended_result_codes(db, 0);
+    sqlite3_trace_v2(db, SQLITE_TRACE_STMT, &watchStatementStart, nullptr);
     sqlite3_busy_timeout(db, busyTimeoutMs);
     RegisterGb2312Collation(db);
     RegisterJetFunctions(db);
@@ -138,6 +161,11 @@ void SqliteBackend::shadowScratchTable(const QString& table)
     ddl.replace(create, QStringLiteral("CREATE TEMP TABLE "));
     sqlite3_exec(db_, "PRAGMA temp_store=MEMORY", nullptr, nullptr, nullptr);
     sqlite3_exec(db_, ddl.toUtf8().constData(), nullptr, nullptr, nullptr);
+}
+
+int StatementsStartedMidStatement()
+{
+    return g_midStatementStarts;
 }
 
 SqliteBackend::~SqliteBackend()

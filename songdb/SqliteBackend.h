@@ -8,6 +8,11 @@ struct sqlite3_stmt;
 
 namespace td {
 
+// How many statements this process started on a connection while another statement of the same
+// connection was in the middle of its steps. Nothing in the console does that; a count above zero
+// is a fault, and each one is logged.
+int StatementsStartedMidStatement();
+
 // The embedded store: one SQLite file, with the GB2312 collation registered and a busy timeout,
 // so that consoles writing the same file wait for each other instead of failing.
 class SqliteBackend : public Backend {
