@@ -39,7 +39,7 @@ QString DefaultServerName(const QString& dbType, QString& name, bool write)
     return IniWrite(file, dbType, QStringLiteral("DefaultServer"), name) ? name : QString();
 }
 
-frmDatabase::frmDatabase(QWidget* parent) : QDialog(parent)
+frmDatabase::frmDatabase(WindowFrame& frame) : QDialog(frame.dialogOwner())
 {
     setObjectName(QStringLiteral("frmDatabase"));
     setWindowTitle(QStringLiteral("Database configuration - <productname>"));

@@ -1,4 +1,5 @@
 #pragma once
+#include "controls/WindowFrame.h"
 #include <QDialog>
 
 class QGroupBox;
@@ -8,11 +9,12 @@ class QTreeWidget;
 
 namespace td {
 
-// Chooses the song database: a path written to KtvPublic/database_home.ini when confirmed.
+// Chooses the song database: a path written to KtvPublic/database_home.ini when confirmed. A modal
+// dialog: of its frame it needs only the window it stands over.
 class frmDatabase : public QDialog {
     Q_OBJECT
 public:
-    explicit frmDatabase(QWidget* parent = nullptr);
+    explicit frmDatabase(WindowFrame& frame = NoFrame());
 
     QString DBType = QStringLiteral("SongServer");
     bool Ok = false;

@@ -13,6 +13,7 @@
 #include <QIcon>
 #include <QPixmap>
 #include <QTimer>
+#include <memory>
 
 namespace td {
 namespace {
@@ -24,6 +25,13 @@ QString& sessionUser()
 {
     static QString user;
     return user;
+}
+
+// The frame of the run: made by the first ShowMainWindow, freed by FreeMainWindow.
+std::unique_ptr<mdiMain>& mainWindow()
+{
+    static std::unique_ptr<mdiMain> frame;
+    return frame;
 }
 
 void loginFailed()
@@ -58,7 +66,8 @@ QString SessionUser()
 
 bool RunDatabaseDialog()
 {
-    frmDatabase dialog(DialogOwner());
+    OwnerFrame owner(DialogOwner());
+    frmDatabase dialog(owner);
     dialog.exec();
     return dialog.Ok;
 }
@@ -79,9 +88,9 @@ bool DatabaseLogin()
 
 void ShowMainWindow()
 {
-    mdiMain* frame = MainFrame();
-    if (!frame)
-        frame = new mdiMain;
+    if (!mainWindow())
+        mainWindow() = std::make_unique<mdiMain>();
+    mdiMain* frame = mainWindow().get();
     SetDialogOwner(frame);
     frame->show();
     frame->ShowWindow(QStringLiteral("frmSong"));
@@ -117,9 +126,7 @@ void CloseAllWindows()
         if (w->objectName() == QLatin1String("mdiMain")) {
             // The frame stays loaded with its menus and toolbar; its children go.
             auto* frame = static_cast<mdiMain*>(w);
-            const auto children = frame->children();
-            for (auto c = children.rbegin(); c != children.rend(); ++c)
-                (*c)->close();
+            frame->CloseChildren();
             frame->hide();
         } else if (w->objectName() != QLatin1String("frmLogin") && w->isVisible()) {
             w->close();
@@ -150,10 +157,23 @@ void AppTerminate()
     QCoreApplication::quit();
 }
 
+void FreeMainWindow()
+{
+    mainWindow().reset();
+}
+
 int Main(int argc, char** argv)
 {
     QApplication app(argc, argv);
     MessageBoxesForTheRun messageBoxes;
+    // The frame goes after the database has closed and before the application does.
+    struct MainWindowOfTheRun {
+        ~MainWindowOfTheRun()
+        {
+            SongCloseDatabase();
+            FreeMainWindow();
+        }
+    } mainWindowOfTheRun;
     QApplication::setApplicationName(AppTitle());
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setWindowIcon(ProgramIcon());

@@ -6,7 +6,10 @@ namespace td {
 // The life of a run: start, the database login loop, the main window, a change of database, the end.
 int Main(int argc, char** argv);
 bool DatabaseLogin();
+// Shows the frame, made on the first call and owned by the run, with the songbook in it.
 void ShowMainWindow();
+// Frees the frame of the run; the next ShowMainWindow makes a new one.
+void FreeMainWindow();
 void ChangeDatabase();
 void CloseAllWindows();
 void AppTerminate();

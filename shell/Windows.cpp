@@ -8,7 +8,7 @@ void RegisterWindows()
 {
     // The working windows register here as they are built; menus that reach a window not yet
     // registered say so.
-    mdiMain::registerWindow(QStringLiteral("frmSong"), [](mdiMain*) { return new frmSong; });
+    mdiMain::registerWindow(QStringLiteral("frmSong"), [](WindowFrame& frame) { return new frmSong(frame); });
 }
 
 }  // namespace td

@@ -1,7 +1,9 @@
 #include "shell/mdiMain.h"
 #include "regions/WindowText.h"
 #include "shell/AboutBox.h"
+#include "shell/ChildFrame.h"
 #include "shell/CommandTarget.h"
+#include "shell/FrameGeometry.h"
 #include "shell/Main.h"
 #include "shell/services/AppPaths.h"
 #include "shell/services/Dialogs.h"
@@ -22,6 +24,7 @@
 #include <QStyle>
 #include <QTimer>
 #include <QToolBar>
+#include <utility>
 
 namespace td {
 namespace {
@@ -66,6 +69,11 @@ mdiMain::mdiMain(QWidget* parent) : QMainWindow(parent)
     area_->setObjectName(QStringLiteral("mdiArea"));
     area_->setViewMode(QMdiArea::SubWindowView);
     setCentralWidget(area_);
+    // The child in front writes the status panes; a frame that loses the focus keeps what it shows.
+    connect(area_, &QMdiArea::subWindowActivated, this, [this](QMdiSubWindow* sub) {
+        if (sub && sub->widget())
+            setActiveChild(sub->widget());
+    });
     buildMenus();
     buildToolbar();
     buildStatusBar();
@@ -79,14 +87,13 @@ mdiMain::mdiMain(QWidget* parent) : QMainWindow(parent)
     // The songbook and singer menus appear only while their windows are open.
     for (const char* m : {"mnuSong", "mnuMedia", "mnuSinger"})
         menus_.value(QString::fromLatin1(m))->menuAction()->setVisible(false);
-    resize(1200, 800);
+    RestoreFrameGeometry(this);
 }
 
 mdiMain::~mdiMain()
 {
     // Children go first, while the menus they report their going to still exist.
-    delete area_;
-    area_ = nullptr;
+    delete std::exchange(area_, nullptr);
     if (theFrame() == this)
         theFrame() = nullptr;
 }
@@ -130,6 +137,16 @@ QString mdiMain::pane(const QString& key) const
 {
     QLabel* l = panes_.value(key);
     return l ? l->text() : QString();
+}
+
+QString mdiMain::pane(StatusPane pane) const
+{
+    return this->pane(kPaneKeys[int(pane)]);
+}
+
+void mdiMain::showPane(StatusPane pane, const QString& text)
+{
+    setPane(kPaneKeys[int(pane)], text);
 }
 
 QAction* mdiMain::menuAction(const QString& name) const
@@ -194,10 +211,28 @@ void mdiMain::guarded(const QString& window)
         ShowWindow(window);
 }
 
+ChildFrame* mdiMain::frameOf(const QWidget* w) const
+{
+    if (!w)
+        return nullptr;
+    for (const auto& f : childFrames_)
+        if (f->window() == w)
+            return f.get();
+    return nullptr;
+}
+
+bool mdiMain::isOpenChild(const QWidget* w) const
+{
+    const ChildFrame* f = frameOf(w);
+    return f && f->isOpen();
+}
+
 QWidget* mdiMain::child(const QString& name) const
 {
+    if (!area_)
+        return nullptr;
     for (QMdiSubWindow* sub : area_->subWindowList())
-        if (sub->widget() && sub->widget()->objectName() == name)
+        if (isOpenChild(sub->widget()) && sub->widget()->objectName() == name)
             return sub->widget();
     return nullptr;
 }
@@ -205,8 +240,10 @@ QWidget* mdiMain::child(const QString& name) const
 QList<QWidget*> mdiMain::children() const
 {
     QList<QWidget*> out;
+    if (!area_)
+        return out;
     for (QMdiSubWindow* sub : area_->subWindowList())
-        if (sub->widget())
+        if (isOpenChild(sub->widget()))
             out << sub->widget();
     return out;
 }
@@ -215,6 +252,7 @@ QWidget* mdiMain::ShowWindow(const QString& name)
 {
     if (QWidget* w = child(name)) {
         area_->setActiveSubWindow(qobject_cast<QMdiSubWindow*>(w->parentWidget()));
+        setActiveChild(w);
         w->setFocus();
         return w;
     }
@@ -223,36 +261,105 @@ QWidget* mdiMain::ShowWindow(const QString& name)
         MsgInfo(TranslateText(QStringLiteral("This window is not available in this version yet.")));
         return nullptr;
     }
-    QWidget* w = factory(this);
+    auto frame = std::make_unique<ChildFrame>(*this);
+    QWidget* w = factory(*frame);
     if (!w)
         return nullptr;
     w->setObjectName(name);
     w->setAttribute(Qt::WA_DeleteOnClose);
     QMdiSubWindow* sub = area_->addSubWindow(w);
     sub->setAttribute(Qt::WA_DeleteOnClose);
-    connect(w, &QObject::destroyed, this, [this, name] { childGone(name); });
-    childShown(w);
+    frame->bind(w);
+    childFrames_.push_back(std::move(frame));
+    // A window that hides for good has closed, whether or not it says so itself.
+    w->installEventFilter(this);
+    connect(w, &QObject::destroyed, this, &mdiMain::childDestroyed);
     if (sub->size().width() < 400)
         sub->resize(area_->size() * 0.9);
     sub->showMaximized();
+    setActiveChild(w);
+    updateOwnMenus();
     w->setFocus();
     return w;
 }
 
-void mdiMain::childShown(QWidget* w)
+void mdiMain::CloseChildren()
 {
-    if (w->objectName() == QLatin1String("frmSong"))
-        menus_.value(QStringLiteral("mnuSong"))->menuAction()->setVisible(true);
-    if (w->objectName() == QLatin1String("frmSinger"))
-        menus_.value(QStringLiteral("mnuSinger"))->menuAction()->setVisible(true);
+    const auto subs = area_->subWindowList(QMdiArea::CreationOrder);
+    for (auto it = subs.rbegin(); it != subs.rend(); ++it)
+        (*it)->close();
 }
 
-void mdiMain::childGone(const QString& name)
+bool mdiMain::eventFilter(QObject* watched, QEvent* event)
 {
-    if (name == QLatin1String("frmSong"))
-        menus_.value(QStringLiteral("mnuSong"))->menuAction()->setVisible(false);
-    if (name == QLatin1String("frmSinger"))
-        menus_.value(QStringLiteral("mnuSinger"))->menuAction()->setVisible(false);
+    // Hidden by itself (not with the frame, and not as a minimized child): the window has closed.
+    if (event->type() == QEvent::HideToParent || event->type() == QEvent::ShowToParent) {
+        auto* w = qobject_cast<QWidget*>(watched);
+        ChildFrame* f = frameOf(w);
+        auto* sub = w ? qobject_cast<QMdiSubWindow*>(w->parentWidget()) : nullptr;
+        if (f && event->type() == QEvent::HideToParent && !(sub && sub->isMinimized()))
+            f->windowClosed();
+        else if (f && event->type() == QEvent::ShowToParent && !f->isOpen()) {
+            f->setClosed(false);
+            updateOwnMenus();
+        }
+    }
+    return QMainWindow::eventFilter(watched, event);
+}
+
+void mdiMain::setActiveChild(QWidget* w)
+{
+    active_ = isOpenChild(w) ? w : nullptr;
+    // The panes show what the window in front last wrote; with none in front they are empty.
+    const ChildFrame* f = frameOf(active_);
+    for (StatusPane p : {StatusPane::Total, StatusPane::Selected, StatusPane::Log})
+        showPane(p, f ? f->paneText(p) : QString());
+}
+
+QWidget* mdiMain::nextActiveChild(const QWidget* leaving) const
+{
+    if (!area_)
+        return nullptr;  // the frame itself is going
+    if (QMdiSubWindow* current = area_->currentSubWindow())
+        if (current->widget() != leaving && isOpenChild(current->widget()))
+            return current->widget();
+    const auto subs = area_->subWindowList(QMdiArea::ActivationHistoryOrder);
+    for (auto it = subs.rbegin(); it != subs.rend(); ++it)
+        if ((*it)->widget() != leaving && isOpenChild((*it)->widget()))
+            return (*it)->widget();
+    return nullptr;
+}
+
+// The one place where the windows' own menus appear and go: a menu shows while a window that
+// calls it its own is open.
+void mdiMain::updateOwnMenus()
+{
+    for (const auto& f : childFrames_)
+        if (!f->ownMenu().isEmpty())
+            ownMenus_.insert(f->ownMenu());
+    for (const QString& name : std::as_const(ownMenus_)) {
+        bool open = false;
+        for (const auto& f : childFrames_)
+            open = open || (f->isOpen() && f->ownMenu() == name);
+        if (QMenu* m = menus_.value(name))
+            m->menuAction()->setVisible(open);
+    }
+}
+
+void mdiMain::childClosed(const QWidget* w)
+{
+    if (!active_ || active_ == w)
+        setActiveChild(nextActiveChild(w));
+    updateOwnMenus();
+}
+
+void mdiMain::childDestroyed()
+{
+    // The window is gone; so is its frame, and the panes it showed.
+    std::erase_if(childFrames_, [](const auto& f) { return !f->window(); });
+    if (!isOpenChild(active_))
+        setActiveChild(nextActiveChild(nullptr));
+    updateOwnMenus();
 }
 
 CommandTarget* mdiMain::target(const QString& window)
@@ -288,6 +395,8 @@ void mdiMain::fillWindowMenu()
     m->clear();
     const auto subs = area_->subWindowList();
     for (QMdiSubWindow* sub : subs) {
+        if (!isOpenChild(sub->widget()))
+            continue;  // closed, and about to go
         QAction* a = m->addAction(sub->windowTitle());
         a->setCheckable(true);
         a->setChecked(sub == area_->activeSubWindow());
@@ -315,9 +424,12 @@ void mdiMain::closeEvent(QCloseEvent* event)
         event->ignore();
         return;
     }
-    // Whatever closes the frame ends the program.
+    // Whatever closes the frame ends the program. The frame's place is kept for the next start, and
+    // the children close first, so each keeps its own layout.
     if (!unloading_) {
         unloading_ = true;
+        SaveFrameGeometry(this);
+        CloseChildren();
         AppTerminate();
     }
     event->accept();

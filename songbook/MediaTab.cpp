@@ -1,23 +1,20 @@
 // The tab "Media files": a search of a library folder for media files, kept in the scratch table
 // media, from which chosen files become songs.
+#include "controls/BusyWindow.h"
 #include "controls/DropDownCombo.h"
+#include "controls/RecordErrors.h"
 #include "controls/ctlDataView.h"
 #include "libraries/FileFinder.h"
-#include "shell/mdiMain.h"
 #include "shell/services/AppPaths.h"
 #include "shell/services/Dialogs.h"
 #include "shell/services/FilePaths.h"
 #include "shell/services/Translate.h"
-#include "songbook/BusyWindow.h"
-#include "songbook/SongbookErrors.h"
 #include "songbook/frmSong.h"
 #include "songdb/CatalogueLookups.h"
 #include "songdb/SongStatements.h"
 #include <QCheckBox>
-#include <QCursor>
 #include <QFileInfo>
 #include <QGridLayout>
-#include <QMenu>
 #include <QPushButton>
 
 namespace td {
@@ -169,10 +166,8 @@ void frmSong::ctlMedia_DblClick()
 
 void frmSong::ctlMedia_MouseUp(int button)
 {
-    if (button != 2 || ctlMedia_->MainItems().Count() < 1 || !MainFrame())
-        return;
-    if (QMenu* m = MainFrame()->menu(QStringLiteral("mnuMedia")))
-        m->popup(QCursor::pos());
+    if (button == 2 && ctlMedia_->MainItems().Count() >= 1)
+        Frame().popupMenu(QStringLiteral("mnuMedia"));
 }
 
 }  // namespace td

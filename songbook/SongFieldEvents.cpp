@@ -1,6 +1,5 @@
 // What the property editor's edits and field buttons do.
 #include "controls/ctlDataFields.h"
-#include "shell/mdiMain.h"
 #include "shell/services/Dialogs.h"
 #include "shell/services/FilePaths.h"
 #include "shell/services/Translate.h"
@@ -52,8 +51,7 @@ void frmSong::ctlFields_Click(int index)
 
 void frmSong::showWindow(const char* name)
 {
-    if (mdiMain* frame = MainFrame())
-        frame->ShowWindow(QString::fromLatin1(name));
+    Frame().showWindow(QString::fromLatin1(name));
 }
 
 // The file must lie in a library: the song keeps its library root and the path below it.

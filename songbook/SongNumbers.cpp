@@ -1,12 +1,11 @@
 // Numbering the selected songs and recounting the length of their titles.
+#include "controls/BusyWindow.h"
+#include "controls/RecordErrors.h"
 #include "controls/ctlDataFields.h"
 #include "controls/ctlDataView.h"
 #include "shell/services/AppError.h"
 #include "shell/services/Dialogs.h"
 #include "shell/services/Ini.h"
-#include "songbook/BusyWindow.h"
-#include "songbook/SongbookErrors.h"
-#include "songbook/StatusPanes.h"
 #include "songbook/frmSong.h"
 #include "songdb/CatalogueLookups.h"
 #include <climits>

@@ -1,12 +1,11 @@
 // Adding, saving and deleting songs, and the counts over the song table.
+#include "controls/BusyWindow.h"
+#include "controls/RecordErrors.h"
 #include "controls/ctlDataFields.h"
 #include "controls/ctlDataView.h"
 #include "shell/services/AppError.h"
 #include "shell/services/Dialogs.h"
 #include "shell/services/FilePaths.h"
-#include "songbook/BusyWindow.h"
-#include "songbook/SongbookErrors.h"
-#include "songbook/StatusPanes.h"
 #include "songbook/frmSong.h"
 #include "songdb/CatalogueLookups.h"
 #include "songdb/SongSession.h"
@@ -24,14 +23,6 @@ Recordset& Opened(Recordset* rs)
 }
 
 }  // namespace
-
-std::unique_ptr<Recordset> OpenSongRecordset(const QString& sql)
-{
-    Connection* db = SongConnection();
-    if (!db)
-        throw AppError(QStringLiteral("Operation is not allowed when the object is closed."));
-    return db->openRecordset(sql);
-}
 
 int frmSong::AddFiles(const TextArray& files)
 {

@@ -4,13 +4,11 @@
 #include "controls/ctlButtons.h"
 #include "controls/ctlDataFields.h"
 #include "controls/ctlDataView.h"
-#include "shell/mdiMain.h"
 #include "shell/services/AppError.h"
 #include "shell/services/Ini.h"
 #include "songbook/PreviewPanel.h"
 #include "songbook/SplitterBar.h"
 #include "songbook/frmSong.h"
-#include <QAction>
 #include <QComboBox>
 #include <QEvent>
 #include <QHBoxLayout>
@@ -76,9 +74,7 @@ bool frmSong::GetViewPreview() const
 void frmSong::setViewFlag(const QString& key, const char* menuEntry, bool visible)
 {
     AppIniWrite(key, visible ? QStringLiteral("1") : QStringLiteral("0"));
-    if (MainFrame())
-        if (QAction* a = MainFrame()->menuAction(QString::fromLatin1(menuEntry)))
-            a->setChecked(visible);
+    Frame().setMenuChecked(QString::fromLatin1(menuEntry), visible);
     ArrangeMain();
     ArrangeRight();
 }

@@ -1,12 +1,11 @@
 // The search panel over the song list, and the loading of the list.
+#include "controls/BusyWindow.h"
 #include "controls/ctlDataFields.h"
 #include "controls/ctlDataView.h"
 #include "shell/services/AppError.h"
 #include "shell/services/Dialogs.h"
 #include "shell/services/Translate.h"
-#include "songbook/BusyWindow.h"
 #include "songbook/RepaintWhileReading.h"
-#include "songbook/StatusPanes.h"
 #include "songbook/frmSong.h"
 #include "songdb/RecordAccess.h"
 #include "songdb/SongSearch.h"
@@ -156,7 +155,7 @@ bool frmSong::LoadFieldDatas(const QList<int>& selection)
     const QVariantList bookmarks = bookmarksOf(selection);
     ctlFields_->setMrsMain(rsSong_);
     const bool ok = ctlFields_->LoadFieldDatas(bookmarks);
-    SetPane(QStringLiteral("selected"), QString::number(bookmarks.size() - 1) + QStringLiteral(" selected"));
+    SetPane(StatusPane::Selected, QString::number(bookmarks.size() - 1) + QStringLiteral(" selected"));
     return ok;
 }
 

@@ -3,25 +3,18 @@
 #include "controls/ctlButtons.h"
 #include "controls/ctlDataFields.h"
 #include "controls/ctlDataView.h"
-#include "regions/WindowText.h"
-#include "shell/mdiMain.h"
-#include "shell/services/AppPaths.h"
 #include "songbook/PreviewPanel.h"
 #include "songbook/SplitterBar.h"
-#include <QAction>
 #include <QCheckBox>
-#include <QCloseEvent>
 #include <QComboBox>
-#include <QCursor>
 #include <QLineEdit>
-#include <QMenu>
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTimer>
 
 namespace td {
 
-frmSong::frmSong(QWidget* parent) : QWidget(parent)
+frmSong::frmSong(WindowFrame& frame, QWidget* parent) : DataWindow(frame, QStringLiteral("Song"), parent)
 {
     setObjectName(QStringLiteral("frmSong"));
     setWindowTitle(QStringLiteral("Songbook"));
@@ -89,15 +82,13 @@ void frmSong::buildRightPanel()
 
 void frmSong::connectEvents()
 {
-    connect(ctlButtons_, &ctlButtons::Click, this,
-            [this](int index) { ExecuteCommand(ctlButtons_->GetButton(index, QStringLiteral("class"))); });
+    BindParts({ctlView_, ctlFields_, ctlButtons_, QStringLiteral(" song(s)"), QStringLiteral("mnuSong")});
     connect(ctlView_, &ctlDataView::DblClick, this,
             [this] { PlaySong(QStringLiteral("songbook"), QStringLiteral("preview")); });
     connect(ctlView_, &ctlDataView::MouseUp, this,
             [this](int button, int, int, int) { ctlView_MouseUp(button); });
     connect(ctlView_, &ctlDataView::ItemsSelected, this,
             [this](const QList<int>& sel) { LoadFieldDatas(sel); });
-    connect(ctlView_, &ctlDataView::StateChanged, this, &frmSong::ctlView_StateChanged);
     connect(ctlFields_, &ctlDataFields::AfterValueChanged, this,
             [this](int index, const QString&, const QString& newValue) {
                 ctlFields_AfterValueChanged(index, newValue);
@@ -117,43 +108,29 @@ void frmSong::connectEvents()
 
 void frmSong::Form_Load()
 {
-    ExportWindowText(this);
-    ApplyWindowText(this);
+    LoadWindowText();
     LoadFormat();
     // The list fills a second after the window shows, so the frame answers before a large songbook is read.
     tmrLoadData_->start(1000);
     picMoni_->LoadLogo();
     picMoni_->LoadVolume();
     checkViewMenus();
-    if (MainFrame())
-        if (QMenu* m = MainFrame()->menu(QStringLiteral("mnuSong")))
-            m->menuAction()->setVisible(true);
     lblMove_->setFrameShape(QFrame::NoFrame);
     lblMove2_->setFrameShape(QFrame::NoFrame);
 }
 
 bool frmSong::LoadFormat()
 {
-    iniFile_ = AppPath() + QStringLiteral("/ListSong.ini");
     LoadSearchType();
-    ctlView_->setIniFile(iniFile_);
-    ctlView_->LoadViewFormat();
-    ctlButtons_->setIniFile(iniFile_);
-    ctlButtons_->LoadButtonFormat();
-    ctlFields_->setIniFile(iniFile_);
-    ctlFields_->LoadFieldFormat();
+    LoadFormats();
     prepareMediaTab();
     return true;
 }
 
 void frmSong::checkViewMenus()
 {
-    if (!MainFrame())
-        return;
-    if (QAction* a = MainFrame()->menuAction(QStringLiteral("mnuSongViewProperty")))
-        a->setChecked(GetViewProperty());
-    if (QAction* a = MainFrame()->menuAction(QStringLiteral("mnuSongViewPreview")))
-        a->setChecked(GetViewPreview());
+    Frame().setMenuChecked(QStringLiteral("mnuSongViewProperty"), GetViewProperty());
+    Frame().setMenuChecked(QStringLiteral("mnuSongViewPreview"), GetViewPreview());
 }
 
 void frmSong::ExecuteCommand(const QString& command)
@@ -194,24 +171,10 @@ void frmSong::ExecuteCommand(const QString& command)
         SetViewPreview(c == u"showpreview");
 }
 
-void frmSong::ctlView_StateChanged(int total, int selected, const QString& message)
-{
-    mdiMain* frame = MainFrame();
-    if (!frame)
-        return;
-    if (total >= 0)
-        frame->setPane(QStringLiteral("total"), QString::number(total) + QStringLiteral(" song(s)"));
-    if (selected >= 0)
-        frame->setPane(QStringLiteral("selected"), QString::number(selected) + QStringLiteral(" selected"));
-    frame->setPane(QStringLiteral("log"), message);
-}
-
 void frmSong::ctlView_MouseUp(int button)
 {
-    if (button != 2 || !MainFrame())
-        return;
-    if (QMenu* m = MainFrame()->menu(QStringLiteral("mnuSong")))
-        m->popup(QCursor::pos());
+    if (button == 2)
+        Frame().popupMenu(QStringLiteral("mnuSong"));
 }
 
 // A list that is still filling stops where it is; a click on its last rows completes it later.
@@ -221,14 +184,16 @@ void frmSong::stopListLoad()
         ctlView_->statusStrip()->cancelButton()->click();
 }
 
-void frmSong::closeEvent(QCloseEvent* event)
+// On close the preview stops first; the media list keeps its column layout like the song list.
+void frmSong::WindowClosing()
 {
     StopSong();
+    ctlMedia_->SaveViewFormat();
+}
+
+void frmSong::StopListLoading()
+{
     stopListLoad();
-    if (MainFrame())
-        if (QMenu* m = MainFrame()->menu(QStringLiteral("mnuSong")))
-            m->menuAction()->setVisible(false);
-    event->accept();
 }
 
 // Keys reach the window and do nothing here.

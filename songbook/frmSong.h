@@ -1,4 +1,5 @@
 #pragma once
+#include "controls/DataWindow.h"
 #include "shell/CommandTarget.h"
 #include "shell/services/TextArray.h"
 #include "songdb/Recordset.h"
@@ -24,11 +25,11 @@ class SplitterBar;
 
 // The songbook: the song list with its search panel, the property editor and the media tab on the
 // right, the preview panel below them, and the button bar. Menus of the frame reach it through
-// ExecuteCommand and PlaySong.
-class frmSong : public QWidget, public CommandTarget {
+// ExecuteCommand and PlaySong; it reaches the frame only through the frame it was made with.
+class frmSong : public DataWindow, public CommandTarget {
     Q_OBJECT
 public:
-    explicit frmSong(QWidget* parent = nullptr);
+    explicit frmSong(WindowFrame& frame = NoFrame(), QWidget* parent = nullptr);
     ~frmSong() override;
 
     void ExecuteCommand(const QString& command) override;
@@ -87,7 +88,8 @@ public:
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
-    void closeEvent(QCloseEvent* event) override;
+    void WindowClosing() override;
+    void StopListLoading() override;
     void keyPressEvent(QKeyEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -117,7 +119,6 @@ private:
     void setViewFlag(const QString& key, const char* menuEntry, bool visible);
 
     // Events of the controls
-    void ctlView_StateChanged(int total, int selected, const QString& message);
     void ctlView_MouseUp(int button);
     void ctlFields_AfterValueChanged(int index, const QString& newValue);
     void ctlFields_Click(int index);
@@ -167,7 +168,6 @@ private:
     PreviewPanel* picMoni_ = nullptr;
     QTimer* tmrLoadData_ = nullptr;
 
-    QString iniFile_;
     std::shared_ptr<Recordset> rsSong_;
     std::shared_ptr<Recordset> rsMedia_;
     TextArray searchTypeCodes_;

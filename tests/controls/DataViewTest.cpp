@@ -1,6 +1,7 @@
 // The list over a live recordset: load, refresh against another console, completion, sorting,
 // moves and the events owners rely on.
 #include "SongFixture.h"
+#include "controls/DataWindow.h"
 #include "controls/StatusStrip.h"
 #include "controls/ctlDataView.h"
 #include "shell/services/Ini.h"
@@ -25,6 +26,18 @@ const char* kFormat =
     "[Col_title]\nCaption=Title\n"
     "[Col_singer]\nCaption=Singer\n"
     "[Col_chars]\nCaption=Chars\nWidth=600\n";
+
+// The window a list lives in, which writes the list's layout back as it closes.
+class ListWindow : public DataWindow {
+public:
+    explicit ListWindow(ctlDataView& view) : DataWindow(NoFrame(), QStringLiteral("Test"))
+    {
+        Parts parts;
+        parts.view = &view;
+        BindParts(parts);
+    }
+    void ExecuteCommand(const QString&) override {}
+};
 
 struct State {
     int total;
@@ -373,14 +386,15 @@ TEST_F(DataView, ItemOperationsReportWithoutSelectionCounts)
     EXPECT_EQ(states[2].message, QStringLiteral("item(s) deleted"));
 }
 
-TEST_F(DataView, PositionsApplyAndTheLayoutIsSavedOnDestruction)
+TEST_F(DataView, PositionsApplyAndTheLayoutIsSavedWhenItsWindowCloses)
 {
     make(1, "[ColPosition]\nCol_title=0\nCol_singer=3\nCol_chars=1\n[Col_chars]\nWidth=600\n");
     const QHeaderView* header = view->list()->header();
     EXPECT_EQ(header->visualIndex(2), 0);
     EXPECT_EQ(header->visualIndex(1), 2);
     const QString file = view->IniFile();
-    view.reset();
+    ListWindow window(*view);
+    window.close();
     EXPECT_EQ(IniRead(file, QStringLiteral("ColPosition"), QStringLiteral("Col_chars"), {}),
               QStringLiteral("1"));
     EXPECT_EQ(IniRead(file, QStringLiteral("ColPosition"), QStringLiteral("Col_title"), {}),

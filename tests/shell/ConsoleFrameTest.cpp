@@ -73,9 +73,12 @@ auto cancel()
     return [](frmDatabase& d) { d.cmdCancel()->click(); };
 }
 
-// A working window that records the commands the frame sends it.
+// A working window that records the commands the frame sends it, and calls the songbook menu its
+// own as the songbook does.
 class FakeSongWindow : public QWidget, public CommandTarget {
 public:
+    explicit FakeSongWindow(WindowFrame& frame) : frame(frame) { frame.setOwnMenu(QStringLiteral("mnuSong")); }
+    WindowFrame& frame;
     QStringList received;
     void ExecuteCommand(const QString& keyword) override { received << keyword; }
     void PlaySong(const QString& source, const QString& action) override
@@ -90,15 +93,15 @@ protected:
     {
         SetAppExeName(QStringLiteral("tunedesk"));
         CreateSongDatabase(songs, QStringLiteral("Chinese"));
-        mdiMain::registerWindow(QStringLiteral("frmSong"), [this](mdiMain*) {
-            fake = new FakeSongWindow;
+        mdiMain::registerWindow(QStringLiteral("frmSong"), [this](WindowFrame& frame) {
+            fake = new FakeSongWindow(frame);
             return fake;
         });
     }
     void TearDown() override
     {
         SongCloseDatabase();
-        delete MainFrame();
+        FreeMainWindow();
         SetAppExeName({});
     }
     QString logLine(int i)
@@ -226,13 +229,45 @@ TEST_F(ConsoleFrameTest, ExitLogsTerminationTwiceAndTheWindowButtonOnce)
     EXPECT_FALSE(SongDatabaseOpen());
     EXPECT_TRUE(logLine(2).endsWith(QStringLiteral("Event:Application Terminated")));
     EXPECT_TRUE(logLine(3).endsWith(QStringLiteral("Event:Application Terminated")));
-    delete MainFrame();
+    FreeMainWindow();
 
     ASSERT_TRUE(DatabaseLogin());
     ShowMainWindow();
     MainFrame()->close();
     EXPECT_TRUE(logLine(5).endsWith(QStringLiteral("Event:Application Terminated")));
     EXPECT_TRUE(logLine(6).isEmpty());
+}
+
+TEST_F(ConsoleFrameTest, ChangeOfDatabaseEndsInAFreshSongbookInTheSameFrame)
+{
+    QString local = songs;
+    DatabaseHomePath(QStringLiteral("SongServer"), local, true);
+    ASSERT_TRUE(DatabaseLogin());
+    ShowMainWindow();
+    mdiMain* frame = MainFrame();
+    QPointer<FakeSongWindow> before = fake;
+    before->frame.setPane(StatusPane::Total, QStringLiteral("219 song(s)"));
+    EXPECT_EQ(frame->pane(QStringLiteral("total")), QStringLiteral("219 song(s)"));
+
+    const QString other = dir.file(QStringLiteral("song2.db"));
+    CreateSongDatabase(other, QStringLiteral("Chinese"));
+    for (const QString& path : {songs, other}) {  // the same file again, then another one
+        script.then(openWith(path));
+        ChangeDatabase();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        EXPECT_TRUE(SongDatabaseOpen());
+        EXPECT_EQ(MainFrame(), frame);  // loaded once per run
+        EXPECT_TRUE(frame->isVisible());
+        EXPECT_FALSE(before);
+        ASSERT_NE(frame->child(QStringLiteral("frmSong")), nullptr) << path.toStdString();
+        EXPECT_EQ(frame->child(QStringLiteral("frmSong")), fake);
+        EXPECT_EQ(frame->children().size(), 1);
+        EXPECT_TRUE(frame->menu(QStringLiteral("mnuSong"))->menuAction()->isVisible());
+        EXPECT_EQ(frame->pane(QStringLiteral("total")), QString());  // the new songbook writes its own
+        before = fake;
+    }
+    FreeMainWindow();
+    EXPECT_EQ(MainFrame(), nullptr);
 }
 
 TEST_F(ConsoleFrameTest, ChangeDatabaseCancelledKeepsTheSession)

@@ -29,7 +29,7 @@ private:
 };
 
 // Opens a recordset on the song database without a message of its own: the caller tells the
-// operator in its own words. Throws AppError.
+// operator in its own words. Throws AppError, also when no database is open.
 std::unique_ptr<Recordset> OpenSongRecordset(const QString& sql);
 
 // A write that failed half way leaves no edit pending on the recordset.

@@ -1,0 +1,11 @@
+#include "controls/WindowFrame.h"
+
+namespace td {
+
+WindowFrame& NoFrame()
+{
+    static OwnerFrame frame;
+    return frame;
+}
+
+}  // namespace td
