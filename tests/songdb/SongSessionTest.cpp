@@ -3,6 +3,7 @@
 #include "shell/services/AppError.h"
 #include "shell/services/AppPaths.h"
 #include "songdb/RecordAccess.h"
+#include "songdb/Schema.h"
 #include "songdb/SongStatements.h"
 #include "support/QtPrint.h"
 #include <QDir>
@@ -88,7 +89,14 @@ TEST_F(OpenDatabase, DatabaseWithoutTheTablesAsksAndAnswerNoLeavesNothingOpen)
 
 TEST_F(OpenDatabase, FileLockedByAnotherConsoleWaitsThenReportsTheStoreText)
 {
-    auto other = file.second();
+    // A database on a share keeps the rollback journal, which keeps readers out while another
+    // console writes.
+    AppIniWrite(QStringLiteral("NetworkRoot"), app.path());
+    const QString shared = app.file(QStringLiteral("Server1/KtvPublic/song.db"));
+    QDir().mkpath(app.file(QStringLiteral("Server1/KtvPublic")));
+    CreateSongDatabase(shared, QStringLiteral("English"));
+    pointAt(shared);
+    auto other = OpenConnection(shared);
     other->execute(QStringLiteral("begin exclusive"));
     EXPECT_FALSE(SongOpenDatabase());
     // The store refuses the open once the connection timeout has passed.
