@@ -60,11 +60,20 @@ int TypeRow(td::frmSong& song, const QString& code)
     return row < 0 ? 0 : row;
 }
 
+// The search reads in the background and fills the list in slices; the event loop runs meanwhile,
+// as it does in the console, until the list has all its rows.
+void LoadAndWait(td::frmSong& song)
+{
+    song.LoadData();
+    while (song.ListLoading())
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+}
+
 void Search(td::frmSong& song, const QString& code, const QString& value)
 {
     song.cboSearchType()->setCurrentIndex(TypeRow(song, code));
     song.cboSearchValue()->setEditText(value);
-    song.LoadData();
+    LoadAndWait(song);
 }
 
 }  // namespace
@@ -103,7 +112,7 @@ int main(int argc, char** argv)
     song.resize(1200, 800);
     song.show();
 
-    Print("songbook_first_fill_1m", watch.run([&] { song.LoadData(); }), "s");
+    Print("songbook_first_fill_1m", watch.run([&] { LoadAndWait(song); }), "s");
     Print("songbook_first_fill_longest_freeze", watch.longestGap(), "s");
     Print("songbook_rows_1m", song.ctlView()->MainItems().Count(), "rows");
 

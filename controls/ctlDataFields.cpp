@@ -1,4 +1,5 @@
 #include "controls/ctlDataFields.h"
+#include "controls/ControlsLog.h"
 #include "controls/DropDownCombo.h"
 #include "controls/FieldValue.h"
 #include "controls/OleColor.h"
@@ -299,7 +300,8 @@ bool ctlDataFields::loadBookmark(const QVariant& bookmark)
             f.Value = value;
         }
         return true;
-    } catch (const std::exception&) {
+    } catch (const std::exception& e) {
+        qCWarning(lcControls) << "field not shown:" << ErrorText(e);
         if (isRow(current))
             rows_[std::size_t(current)].guard = false;
         return false;
@@ -340,7 +342,8 @@ bool ctlDataFields::mergeBookmarks(const QVariantList& selBmks)
             }
         }
         return true;
-    } catch (const std::exception&) {
+    } catch (const std::exception& e) {
+        qCWarning(lcControls) << "fields not read from the record:" << ErrorText(e);
         return false;
     }
 }
@@ -361,7 +364,8 @@ void ctlDataFields::failed(const QString& text, const std::exception& e, bool ca
     if (Recordset* rs = mrsMain(); cancelUpdate && rs) {
         try {
             rs->CancelUpdate();
-        } catch (const std::exception&) {
+        } catch (const std::exception& undo) {
+            qCWarning(lcControls) << "edit not cancelled after a failed write:" << ErrorText(undo);
         }
     }
     MsgError(text + ErrSuffix(e));
@@ -457,8 +461,9 @@ void ctlDataFields::fillDropDown(int index)
                 r.cboValue->addItems(items);
                 rs->Close();
             }
-        } catch (const std::exception&) {
+        } catch (const std::exception& e) {
             // A statement that fails leaves the list empty.
+            qCWarning(lcControls) << "drop-down list not read:" << ErrorText(e);
         }
     }
     r.cboValue->setEditText(remembered);

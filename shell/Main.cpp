@@ -6,7 +6,6 @@
 #include "shell/services/AppPaths.h"
 #include "controls/QtDialogs.h"
 #include "shell/services/Dialogs.h"
-#include "shell/services/LongJobs.h"
 #include "shell/services/Translate.h"
 #include "songdb/SongSession.h"
 #include <QApplication>
@@ -17,9 +16,6 @@
 
 namespace td {
 namespace {
-
-// How soon a step put off by a running job is tried again.
-constexpr int kAfterJobMs = 20;
 
 QString& sessionUser()
 {
@@ -98,11 +94,6 @@ void ShowMainWindow()
 
 void ChangeDatabase()
 {
-    if (InsideJobYield()) {
-        // The windows are still in use by a job; the change comes right after it.
-        QTimer::singleShot(kAfterJobMs, [] { ChangeDatabase(); });
-        return;
-    }
     try {
         if (!RunDatabaseDialog())
             return;  // the running session goes on untouched
@@ -136,12 +127,6 @@ void CloseAllWindows()
 
 void AppTerminate()
 {
-    if (InsideJobYield()) {
-        // A job runs inside the windows: ask it to stop, and end as soon as it has.
-        RequestJobsStop();
-        QTimer::singleShot(kAfterJobMs, [] { AppTerminate(); });
-        return;
-    }
     SongCloseDatabase();
     const QWidgetList windows = QApplication::topLevelWidgets();
     for (auto it = windows.rbegin(); it != windows.rend(); ++it) {
@@ -153,7 +138,6 @@ void AppTerminate()
             w->close();
     }
     AppLogEvent(QStringLiteral("Application Terminated"));
-    ClearJobsStop();
     QCoreApplication::quit();
 }
 

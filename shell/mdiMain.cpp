@@ -7,7 +7,6 @@
 #include "shell/Main.h"
 #include "shell/services/AppPaths.h"
 #include "shell/services/Dialogs.h"
-#include "shell/services/LongJobs.h"
 #include "shell/services/Shell.h"
 #include "shell/services/Translate.h"
 #include "songdb/SongSession.h"
@@ -417,13 +416,6 @@ void mdiMain::showAbout()
 
 void mdiMain::closeEvent(QCloseEvent* event)
 {
-    if (InsideJobYield() && !unloading_) {
-        // A job runs inside a child window: it stops first, then the frame closes.
-        RequestJobsStop();
-        QTimer::singleShot(20, this, &QWidget::close);
-        event->ignore();
-        return;
-    }
     // Whatever closes the frame ends the program. The frame's place is kept for the next start, and
     // the children close first, so each keeps its own layout.
     if (!unloading_) {

@@ -26,6 +26,7 @@ Recordset& Opened(Recordset* rs)
 
 int frmSong::AddFiles(const TextArray& files)
 {
+    ctlView_->FinishLoading();
     BusyWindow busy(this);
     ListItems& items = ctlView_->MainItems();
     const QList<int> before = selection();

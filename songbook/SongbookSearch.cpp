@@ -5,10 +5,13 @@
 #include "shell/services/AppError.h"
 #include "shell/services/Dialogs.h"
 #include "shell/services/Translate.h"
-#include "songbook/RepaintWhileReading.h"
 #include "songbook/frmSong.h"
 #include "songdb/RecordAccess.h"
 #include "songdb/SongSearch.h"
+#include "songdb/SongSession.h"
+#include "songdb/SongStatements.h"
+#include "songdb/BackgroundRead.h"
+#include <QApplication>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPushButton>
@@ -82,7 +85,6 @@ void frmSong::cboSearchType_Click()
     TextArray names;
     {
         Hourglass wait;
-        RepaintWhileReading reading;
         SongSearchTree(1000, code, QString(), names, searchValueCodes_);
     }
     QStringList items = names.mid(1);
@@ -98,17 +100,11 @@ void frmSong::cmdSearch_Click()
     LoadData();
 }
 
+// Starts the search: the songs are read in the background and the list fills in slices as soon as
+// they are there, the window live all along. A read or fill under way gives way to the new one.
 bool frmSong::LoadData()
 {
-    if (listLoading_) {
-        // The list being filled gives way; the new search runs as soon as it has.
-        reloadWanted_ = true;
-        stopListLoad();
-        return true;
-    }
-    Hourglass wait;
-    if (rsSong_)
-        rsSong_->Close();
+    stopListLoad();
     QString value = cboSearchValue_->currentText();
     value.replace(u'\'', QStringLiteral("''"));
     TextArray conditions = NewTextArray();
@@ -116,35 +112,55 @@ bool frmSong::LoadData()
                QStringLiteral("(region in (") + GetRegionList() + QStringLiteral(") or region is null)"));
     AppendItem(conditions, SearchCondition(searchCode(), value));
 
-    std::unique_ptr<Recordset> rs;
-    bool opened = false;
-    {
-        RepaintWhileReading reading;
-        opened = SongGetRecordset(QStringLiteral("*"), QStringLiteral("Song"), JoinConditions(conditions),
-                                  QString(), rs);
-    }
-    if (!opened) {
-        MsgError(TranslateText(QStringLiteral("Can't load data!")));
+    const QString sql =
+        SongRecordsetSql(QStringLiteral("*"), QStringLiteral("Song"), JoinConditions(conditions), QString());
+    Connection* db = SongConnection();
+    if (!db) {
+        listReadFailed(sql, QStringLiteral("Operation is not allowed when the object is closed."));
         return false;
+    }
+    if (!readingCursor_) {
+        QApplication::setOverrideCursor(Qt::WaitCursor);
+        readingCursor_ = true;
+    }
+    listRead_->start(*db, sql);
+    return true;
+}
+
+void frmSong::listReadFinished(bool ok)
+{
+    if (readingCursor_) {
+        QApplication::restoreOverrideCursor();
+        readingCursor_ = false;
+    }
+    if (!ok) {
+        listReadFailed(listRead_->statement(), listRead_->error());
+        return;
     }
     ctlView_->ClearViewData();
     ctlFields_->LoadFieldDatas({});
-    rsSong_ = std::move(rs);
+    if (rsSong_)
+        rsSong_->Close();
+    rsSong_ = listRead_->take();
     ctlView_->setMrsMain(rsSong_);
     ctlFields_->setMrsMain(rsSong_);
-    listLoading_ = true;
-    const bool loaded = ctlView_->LoadViewData();
-    listLoading_ = false;
-    if (reloadWanted_) {
-        reloadWanted_ = false;
-        return LoadData();
-    }
-    return loaded;
+    ctlView_->BeginLoadViewData();
+}
+
+void frmSong::listReadFailed(const QString& sql, const QString& description)
+{
+    ReportStatementFailure("SongGetRecordset", sql, description);
+    MsgError(TranslateText(QStringLiteral("Can't load data!")));
+}
+
+bool frmSong::ListLoading() const
+{
+    return listRead_->running() || ctlView_->Loading();
 }
 
 bool frmSong::RefreshData()
 {
-    if (!rsSong_ || !rsSong_->IsOpen() || listLoading_)
+    if (!rsSong_ || !rsSong_->IsOpen() || ListLoading())
         return false;
     return ctlView_->RefreshViewData();
 }

@@ -1,4 +1,6 @@
 #include "songbook/frmSong.h"
+#include "songdb/BackgroundRead.h"
+#include <QApplication>
 #include "controls/StatusStrip.h"
 #include "controls/ctlButtons.h"
 #include "controls/ctlDataFields.h"
@@ -25,6 +27,7 @@ frmSong::frmSong(WindowFrame& frame, QWidget* parent) : DataWindow(frame, QStrin
 
 frmSong::~frmSong()
 {
+    stopListLoad();
     if (rsSong_)
         rsSong_->Close();
     if (rsMedia_)
@@ -48,6 +51,8 @@ void frmSong::buildControls()
     lblMove_->setObjectName(QStringLiteral("lblMove"));
     buildRightPanel();
 
+    listRead_ = new BackgroundRead(this);
+    connect(listRead_, &BackgroundRead::Finished, this, &frmSong::listReadFinished);
     tmrLoadData_ = new QTimer(this);
     tmrLoadData_->setObjectName(QStringLiteral("tmrLoadData"));
     tmrLoadData_->setSingleShot(true);
@@ -137,6 +142,9 @@ void frmSong::ExecuteCommand(const QString& command)
 {
     setFocus();
     const QString c = command.toLower();
+    // Commands work on the whole list: one that is still filling completes first.
+    if (c != u"refresh")
+        ctlView_->FinishLoading();
     if (c == u"first")
         ctlView_->MoveFirst();
     else if (c == u"previous")
@@ -177,11 +185,16 @@ void frmSong::ctlView_MouseUp(int button)
         Frame().popupMenu(QStringLiteral("mnuSong"));
 }
 
-// A list that is still filling stops where it is; a click on its last rows completes it later.
+// A read under way is dropped, and a list that is still filling stops where it is; a click on its
+// last rows completes it later.
 void frmSong::stopListLoad()
 {
-    if (listLoading_)
-        ctlView_->statusStrip()->cancelButton()->click();
+    listRead_->cancel();
+    if (readingCursor_) {
+        QApplication::restoreOverrideCursor();
+        readingCursor_ = false;
+    }
+    ctlView_->StopLoading();
 }
 
 // On close the preview stops first; the media list keeps its column layout like the song list.

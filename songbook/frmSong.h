@@ -17,6 +17,7 @@ class QTimer;
 
 namespace td {
 
+class BackgroundRead;
 class ctlButtons;
 class ctlDataFields;
 class ctlDataView;
@@ -39,6 +40,8 @@ public:
     bool LoadFormat();
     void LoadSearchType();
     bool LoadData();
+    // True from LoadData until the list has all its rows, was stopped, or the read failed.
+    bool ListLoading() const;
     bool RefreshData();
     bool LoadFieldDatas(const QList<int>& selection);
 
@@ -144,6 +147,8 @@ private:
     QStringList selectedPaths(const QString& source, const QList<int>& selection);
     bool AddToPlayer(const QStringList& files, const QString& mode);
     void stopListLoad();
+    void listReadFinished(bool ok);
+    void listReadFailed(const QString& sql, const QString& description);
 
     ctlButtons* ctlButtons_ = nullptr;
     QWidget* picButton_ = nullptr;
@@ -175,8 +180,8 @@ private:
     int moveLeft_ = 0;          // the left of lblMove, in pixels
     int move2Top_ = 0;          // the top of lblMove2 within picRight
     bool move2Placed_ = false;  // the operator has dragged lblMove2
-    bool listLoading_ = false;
-    bool reloadWanted_ = false;
+    BackgroundRead* listRead_ = nullptr;
+    bool readingCursor_ = false;  // the hourglass shows while the songs are read
 };
 
 }  // namespace td

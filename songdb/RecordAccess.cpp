@@ -1,4 +1,5 @@
 #include "songdb/RecordAccess.h"
+#include "songdb/StoreLog.h"
 #include "shell/services/AppError.h"
 #include "shell/services/Dialogs.h"
 #include "shell/services/FilePaths.h"
@@ -124,7 +125,8 @@ bool SaveImageField(Recordset* rs, const QString& path)
     } catch (const std::exception& e) {
         try {
             rs->CancelUpdate();
-        } catch (const std::exception&) {
+        } catch (const std::exception& undo) {
+            qCWarning(lcStore) << "edit not cancelled after a failed image save:" << ErrorText(undo);
         }
         MsgError(QStringLiteral("Save image failed. ") + ErrSuffix(e));
         return false;

@@ -1,4 +1,6 @@
 #include "shell/services/Translate.h"
+#include "shell/services/AppError.h"
+#include "shell/services/ServicesLog.h"
 #include "shell/services/AppPaths.h"
 #include "shell/services/FilePaths.h"
 #include "shell/services/Ini.h"
@@ -94,8 +96,9 @@ bool SetInterfaceRegion(const QString& name)
         return false;
     try {
         language().resourceText = ReadTextStore(GetRegionFile(name));
-    } catch (const std::exception&) {
+    } catch (const std::exception& e) {
         // A damaged text file counts as none: the interface falls back to its English texts.
+        qCWarning(lcServices) << "text file of region" << name << "not read:" << ErrorText(e);
         language().resourceText.clear();
     }
     if (language().resourceText.isEmpty())

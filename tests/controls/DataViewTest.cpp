@@ -12,6 +12,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
+#include <QSignalSpy>
 #include <QTimer>
 #include <QTreeView>
 #include <gtest/gtest.h>
@@ -200,12 +201,14 @@ TEST_F(DataView, RefreshOfEmptyRecordsetClearsWithoutState)
 TEST_F(DataView, CancelStopsAtAThousandAndTheListCompletesItself)
 {
     make(2500);
-    QTimer::singleShot(0, view->statusStrip()->cancelButton(), [this] {
-        view->statusStrip()->cancelButton()->setEnabled(true);
-        view->statusStrip()->cancelButton()->click();
-    });
+    QSignalSpy finished(view.get(), &ctlDataView::LoadFinished);
+    view->BeginLoadViewData();
+    view->statusStrip()->cancelButton()->setEnabled(true);
+    view->statusStrip()->cancelButton()->click();
     // The flag is looked at once the move reaches position 1,000, before that record is added.
-    EXPECT_TRUE(view->LoadViewData());  // a cancel is no failure
+    ASSERT_TRUE(finished.wait(5000));
+    EXPECT_TRUE(finished.first().first().toBool());  // a cancel is no failure
+    EXPECT_FALSE(view->Loading());
     EXPECT_EQ(view->MainItems().Count(), 999);
     EXPECT_TRUE(view->statusStrip()->Text().isEmpty());
 
@@ -222,12 +225,11 @@ TEST_F(DataView, CancelStopsAtAThousandAndTheListCompletesItself)
 TEST_F(DataView, AShortLoadCannotBeCancelled)
 {
     make(999);
-    bool pressed = false;
-    QTimer::singleShot(0, view->statusStrip()->cancelButton(), [this, &pressed] {
-        pressed = !view->statusStrip()->cancelButton()->isHidden();
-        view->statusStrip()->cancelButton()->click();
-    });
-    EXPECT_TRUE(view->LoadViewData());
+    QSignalSpy finished(view.get(), &ctlDataView::LoadFinished);
+    view->BeginLoadViewData();
+    const bool pressed = !view->statusStrip()->cancelButton()->isHidden();
+    view->statusStrip()->cancelButton()->click();
+    ASSERT_TRUE(finished.wait(5000));
     EXPECT_TRUE(pressed);  // during the load
     EXPECT_EQ(view->MainItems().Count(), 999);
 }

@@ -22,7 +22,6 @@ namespace {
 
 class JobRunnerTest : public ::testing::Test {
 protected:
-    void SetUp() override { test::EnsureQtApp(); }
     void TearDown() override { frmProcess::EndShown(); }
 
     // Lets the interface thread work until the runner has finished, as the console's loop would.
@@ -36,6 +35,7 @@ protected:
         return !runner.running();
     }
 
+    bool appReady = (test::EnsureQtApp(), true);  // before the window
     test::TempAppDir dir;
     test::ScriptedDialogs dialogs;
     QWidget window;

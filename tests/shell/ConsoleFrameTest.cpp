@@ -4,7 +4,6 @@
 #include "shell/mdiMain.h"
 #include "shell/services/AppPaths.h"
 #include "shell/services/Ini.h"
-#include "shell/services/LongJobs.h"
 #include "songdb/Schema.h"
 #include "songdb/SongSession.h"
 #include "support/QtApp.h"
@@ -288,35 +287,6 @@ TEST_F(ConsoleFrameTest, ChangeDatabaseCancelledKeepsTheSession)
     ChangeDatabase();
     EXPECT_FALSE(SongDatabaseOpen());
     EXPECT_EQ(dialogs.messages().back(), QStringLiteral("Login failed"));
-}
-
-}  // namespace
-
-namespace {
-
-TEST_F(ConsoleFrameTest, EndWaitsForAJobThatLetsEventsRunAndAsksItToStop)
-{
-    QString local = songs;
-    DatabaseHomePath(QStringLiteral("SongServer"), local, true);
-    ASSERT_TRUE(DatabaseLogin());
-    ShowMainWindow();
-    {
-        // As a long load does: in the middle of its work, events run, and Exit is chosen.
-        JobYieldScope job;
-        MainFrame()->menuAction(QStringLiteral("mnuExit"))->trigger();
-        MainFrame()->close();
-        EXPECT_TRUE(SongDatabaseOpen());
-        EXPECT_NE(MainFrame()->child(QStringLiteral("frmSong")), nullptr);
-        EXPECT_TRUE(JobsStopRequested());
-        EXPECT_FALSE(logLine(2).contains(QStringLiteral("Terminated")));
-    }
-    QElapsedTimer clock;
-    clock.start();
-    while (SongDatabaseOpen() && clock.elapsed() < 2000)
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-    EXPECT_FALSE(SongDatabaseOpen());
-    EXPECT_TRUE(logLine(2).endsWith(QStringLiteral("Event:Application Terminated")));
-    EXPECT_FALSE(JobsStopRequested());
 }
 
 }  // namespace

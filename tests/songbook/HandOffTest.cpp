@@ -64,7 +64,7 @@ TEST_F(SongbookHandOff, NothingOrTooMuchSelectedWritesNothing)
 {
     for (int i = 1; i <= 46; ++i)
         addSong(QStringLiteral("Filler %1").arg(i));
-    song->LoadData();
+    ASSERT_TRUE(loadList());
     QList<int> fifty, fiftyOne;
     for (int r = 1; r <= 51; ++r)
         (r <= 50 ? fifty : fiftyOne) << r;

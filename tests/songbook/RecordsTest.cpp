@@ -235,7 +235,7 @@ TEST_F(SongbookRecords, RecountCharsWithOrWithoutSpaces)
 {
     sql(QStringLiteral("update song set title='A B  C' where id=%1").arg(ids[0]));
     sql(QStringLiteral("update song set title='   ' where id=%1").arg(ids[1]));
-    song->LoadData();
+    ASSERT_TRUE(loadList());
     select({1, 2});
     dialogs.answer(MsgAnswer::Ok);
     dialogs.answer(MsgAnswer::No);

@@ -33,6 +33,7 @@ protected:
         song->cboSearchType()->activated(song->cboSearchType()->currentIndex());
         song->cboSearchValue()->setEditText(value);
         song->cmdSearch()->click();
+        EXPECT_TRUE(waitForList());
         QStringList titles = listedTitles();
         titles.sort();
         return titles;
@@ -105,6 +106,7 @@ TEST_F(SongbookSearch, RefreshRunsTheCurrentSearchAndRefreshDataRepeatsTheLastQu
     song->RefreshData();
     EXPECT_EQ(listedTitles().size(), 3) << listedTitles().join(u',').toStdString();
     song->ExecuteCommand(QStringLiteral("REFRESH"));
+    ASSERT_TRUE(waitForList());
     EXPECT_EQ(listedTitles(), QStringList{QStringLiteral("Other")});
     EXPECT_EQ(frame->pane(QStringLiteral("total")), QStringLiteral("1 song(s)"));
 }

@@ -11,6 +11,8 @@
 #include "support/QtApp.h"
 #include <QDir>
 #include <QFile>
+#include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QTimer>
 
 namespace td::test {
@@ -90,8 +92,22 @@ void SongbookFixture::openSongbook()
     song = dynamic_cast<frmSong*>(frame->ShowWindow(QStringLiteral("frmSong")));
     ASSERT_NE(song, nullptr);
     song->tmrLoadData()->stop();  // the test fills the list itself
-    ASSERT_TRUE(song->LoadData());
+    ASSERT_TRUE(loadList());
     dialogs.clear();
+}
+
+bool SongbookFixture::loadList()
+{
+    return song->LoadData() && waitForList();
+}
+
+bool SongbookFixture::waitForList()
+{
+    QElapsedTimer clock;
+    clock.start();
+    while (song->ListLoading() && clock.elapsed() < 10000)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+    return !song->ListLoading();
 }
 
 void SongbookFixture::select(const QList<int>& rows)

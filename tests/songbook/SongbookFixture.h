@@ -43,6 +43,10 @@ protected:
 
     // Opens the songbook window and fills its list.
     void openSongbook();
+    // Runs the search as the button does and lets the events run until the list is full.
+    bool loadList();
+    // Lets the events run until a search under way has filled the list.
+    bool waitForList();
     // Selects exactly these rows (1-based) and shows them in the editor, as a click would.
     void select(const QList<int>& rows);
     int row(const QString& title) const;  // list row of a title, 0 when not listed
