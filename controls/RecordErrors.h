@@ -16,8 +16,7 @@ public:
         try {
             return step();
         } catch (const std::exception& e) {
-            auto* app = dynamic_cast<const AppError*>(&e);
-            description_ = app ? app->description() : QString::fromUtf8(e.what());
+            description_ = ErrorText(e);
             return false;
         }
     }
@@ -33,13 +32,6 @@ private:
 std::unique_ptr<Recordset> OpenSongRecordset(const QString& sql);
 
 // A write that failed half way leaves no edit pending on the recordset.
-inline void CancelPendingEdit(Recordset* rs)
-{
-    try {
-        if (rs && rs->IsOpen() && rs->editMode() != Recordset::EditMode::None)
-            rs->CancelUpdate();
-    } catch (const std::exception&) {
-    }
-}
+void CancelPendingEdit(Recordset* rs);
 
 }  // namespace td

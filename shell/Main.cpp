@@ -1,7 +1,9 @@
 #include "shell/Main.h"
 #include "config/frmDatabase.h"
 #include "shell/TerminationSignals.h"
+#include "shell/WindowsLog.h"
 #include "shell/mdiMain.h"
+#include "shell/services/AppError.h"
 #include "shell/services/AppLog.h"
 #include "shell/services/AppPaths.h"
 #include "controls/QtDialogs.h"
@@ -103,8 +105,9 @@ void ChangeDatabase()
             return;
         }
         ShowMainWindow();
-    } catch (const std::exception&) {
+    } catch (const std::exception& e) {
         // The change is left; the session stands as it is.
+        qCWarning(lcWindows) << "change of database left:" << ErrorText(e);
     }
 }
 

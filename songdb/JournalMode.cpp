@@ -1,4 +1,5 @@
 #include "songdb/JournalMode.h"
+#include "shell/services/AppPaths.h"
 #include "shell/services/FilePaths.h"
 #include <QDir>
 #include <QFile>
@@ -166,6 +167,12 @@ void ApplyJournalMode(sqlite3* db, const QString& file)
     const QString canonical = info.canonicalFilePath();
     if (!canonical.isEmpty() && choice == JournalChoice::WriteAheadLog)
         choice = ChooseJournal(FileSystemKind::Local, canonical, NetworkRoot());
+    // This console's own KtvPublic folder is what the other machines of the site reach as a share:
+    // a database in it is used over the network by them, so it keeps the journal that works there.
+    const QString ownShare = QFileInfo(AppPath() + QStringLiteral("/KtvPublic")).canonicalFilePath();
+    if (choice == JournalChoice::WriteAheadLog && !ownShare.isEmpty())
+        choice = ChooseJournal(FileSystemKind::Local, canonical.isEmpty() ? info.absoluteFilePath() : canonical,
+                               ownShare);
     const bool wal = choice == JournalChoice::WriteAheadLog;
     // The answer is the mode in force: the old one when the change was refused (the file is busy).
     const QString mode = FirstText(db, wal ? "PRAGMA journal_mode=WAL" : "PRAGMA journal_mode=DELETE");

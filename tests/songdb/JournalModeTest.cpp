@@ -5,6 +5,7 @@
 #include "support/QtPrint.h"
 #include "support/TempAppDir.h"
 #include <QElapsedTimer>
+#include <QDir>
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
@@ -124,6 +125,17 @@ TEST_F(JournalOnDisk, DatabaseBelowNetworkRootReturnsToTheRollbackJournal)
     EXPECT_EQ(SynchronousOf(db.handle()), 2);
     db.execute(QStringLiteral("INSERT INTO song (title) VALUES ('Shared')"));
     EXPECT_EQ(CountSongs(db.handle()), 1);
+}
+
+// The other machines reach this console's KtvPublic folder as a share, so a database in it is shared.
+TEST_F(JournalOnDisk, DatabaseInTheConsolesOwnShareKeepsTheRollbackJournal)
+{
+    const QString shared = app.file(QStringLiteral("KtvPublic/song.db"));
+    QDir().mkpath(app.file(QStringLiteral("KtvPublic")));
+    CreateSongDatabase(shared, QStringLiteral("English"));
+    SqliteBackend db(shared, 5000, false, false);
+    EXPECT_EQ(JournalModeOf(db.handle()), QStringLiteral("delete"));
+    EXPECT_EQ(SynchronousOf(db.handle()), 2);
 }
 
 // A reader finds the file in either journal, and leaves it so.

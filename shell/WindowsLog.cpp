@@ -1,0 +1,3 @@
+#include "shell/WindowsLog.h"
+
+Q_LOGGING_CATEGORY(lcWindows, "tunedesk.windows", QtInfoMsg)
