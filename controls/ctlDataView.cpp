@@ -513,6 +513,15 @@ void ctlDataView::selectRow(int row, bool selected)
     lvwMain_->selectionModel()->select(model_->index(row - 1, 0), flags);
 }
 
+void ctlDataView::selectRows(int from, int to, bool selected)
+{
+    if (from < 1 || to < from)
+        return;
+    const auto flags =
+        (selected ? QItemSelectionModel::Select : QItemSelectionModel::Deselect) | QItemSelectionModel::Rows;
+    lvwMain_->selectionModel()->select(QItemSelection(model_->index(from - 1, 0), model_->index(to - 1, 0)), flags);
+}
+
 // Selects one row (0 for none) after clearing all rows outside keepFrom..keepTo, all 1-based.
 void ctlDataView::selectOnly(int row, int keepFrom, int keepTo)
 {
@@ -745,6 +754,10 @@ bool ListItems::Selected(int index) const
 void ListItems::setSelected(int index, bool selected)
 {
     view_.selectRow(index, selected);
+}
+void ListItems::setSelected(int from, int to, bool selected)
+{
+    view_.selectRows(from, to, selected);
 }
 void ListItems::EnsureVisible(int index)
 {

@@ -29,6 +29,9 @@ public:
     QString SmallIcon(int index) const;
     bool Selected(int index) const;
     void setSelected(int index, bool selected);
+    // Rows from..to (1-based, inclusive) as one selection range: a thousand rows selected one by one
+    // would each cost every later row insertion a look at every range.
+    void setSelected(int from, int to, bool selected);
     void EnsureVisible(int index);
 
 private:
@@ -143,6 +146,7 @@ private:
 
     bool isRowSelected(int row) const;
     void selectRow(int row, bool selected);
+    void selectRows(int from, int to, bool selected);
     void selectOnly(int row, int keepFrom, int keepTo);
     void showRow(int row);
 

@@ -33,9 +33,9 @@ int frmSong::AddFiles(const TextArray& files)
     for (qsizetype i = 1; i < before.size(); ++i)
         items.setSelected(before[i], false);
     int added = 0;
+    int last = 0;
     try {
         Recordset& rs = Opened(rsSong_.get());
-        int last = 0;
         bool complete = true;
         for (int i = 1; i <= UBound(files); ++i) {
             QString rest = files[i], library;
@@ -56,13 +56,14 @@ int frmSong::AddFiles(const TextArray& files)
             rs.Fields(QStringLiteral("library")).setValue(library);
             rs.Update();
             ctlView_->AddViewItem(rs.bookmark(), last);
-            items.setSelected(last, true);
             ++added;
         }
+        items.setSelected(last - added + 1, last, true);
         if (complete && last > 0)
             items.EnsureVisible(last);
     } catch (const std::exception& e) {
         CancelPendingEdit(rsSong_.get());
+        items.setSelected(last - added + 1, last, true);  // the songs added before the failure
         MsgError(QStringLiteral("Add file(s) to database failed! ") + ErrSuffix(e));
     }
     LoadFieldDatas(selection());
