@@ -82,15 +82,46 @@ void frmSong::cboSearchType_Click()
     const QString code = searchCode();
     if (code == u"song")
         return;
-    TextArray names;
-    {
-        Hourglass wait;
+    valuesRead_->cancel();
+    valuesCursor_.reset();
+    const QString sql = SearchTypeValuesStatement(1000, code);
+    Connection* db = SongConnection();
+    if (sql.isEmpty() || !db) {
+        TextArray names;
         SongSearchTree(1000, code, QString(), names, searchValueCodes_);
+        showSearchValues(names);
+        return;
     }
-    QStringList items = names.mid(1);
-    cboSearchValue_->addItems(items);
+    // The values of a big songbook (50,000 singers) are read in the background like the list.
+    valuesCode_ = code;
+    valuesCursor_.emplace();
+    valuesRead_->start(*db, sql);
+}
+
+void frmSong::valuesReadFinished(bool ok)
+{
+    valuesCursor_.reset();
+    TextArray names = NewTextArray();
+    if (!ok) {
+        ReportSearchTypeValuesFailure(valuesCode_, valuesRead_->statement(), valuesRead_->error());
+    } else if (std::unique_ptr<Recordset> rs = valuesRead_->take()) {
+        SearchTypeValuesFromRows(valuesCode_, *rs, names, searchValueCodes_);
+    }
+    showSearchValues(names);
+}
+
+// What the operator typed while the values were read stays.
+void frmSong::showSearchValues(const TextArray& names)
+{
+    const QString typed = cboSearchValue_->currentText();
+    cboSearchValue_->addItems(names.mid(1));
     cboSearchValue_->setCurrentIndex(-1);
-    cboSearchValue_->setEditText(QString());
+    cboSearchValue_->setEditText(typed);
+}
+
+bool frmSong::ValuesLoading() const
+{
+    return valuesRead_->running();
 }
 
 void frmSong::cmdSearch_Click()
@@ -119,20 +150,15 @@ bool frmSong::LoadData()
         listReadFailed(sql, QStringLiteral("Operation is not allowed when the object is closed."));
         return false;
     }
-    if (!readingCursor_) {
-        QApplication::setOverrideCursor(Qt::WaitCursor);
-        readingCursor_ = true;
-    }
+    if (!listCursor_)
+        listCursor_.emplace();
     listRead_->start(*db, sql);
     return true;
 }
 
 void frmSong::listReadFinished(bool ok)
 {
-    if (readingCursor_) {
-        QApplication::restoreOverrideCursor();
-        readingCursor_ = false;
-    }
+    listCursor_.reset();
     if (!ok) {
         listReadFailed(listRead_->statement(), listRead_->error());
         return;

@@ -53,6 +53,8 @@ void frmSong::buildControls()
 
     listRead_ = new BackgroundRead(this);
     connect(listRead_, &BackgroundRead::Finished, this, &frmSong::listReadFinished);
+    valuesRead_ = new BackgroundRead(this);
+    connect(valuesRead_, &BackgroundRead::Finished, this, &frmSong::valuesReadFinished);
     tmrLoadData_ = new QTimer(this);
     tmrLoadData_->setObjectName(QStringLiteral("tmrLoadData"));
     tmrLoadData_->setSingleShot(true);
@@ -190,10 +192,7 @@ void frmSong::ctlView_MouseUp(int button)
 void frmSong::stopListLoad()
 {
     listRead_->cancel();
-    if (readingCursor_) {
-        QApplication::restoreOverrideCursor();
-        readingCursor_ = false;
-    }
+    listCursor_.reset();
     ctlView_->StopLoading();
 }
 

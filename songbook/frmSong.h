@@ -1,5 +1,6 @@
 #pragma once
 #include "controls/DataWindow.h"
+#include "controls/BusyWindow.h"
 #include "shell/CommandTarget.h"
 #include "shell/services/TextArray.h"
 #include "songdb/Recordset.h"
@@ -7,6 +8,7 @@
 #include <QVariantList>
 #include <QWidget>
 #include <functional>
+#include <optional>
 #include <memory>
 
 class QCheckBox;
@@ -42,6 +44,8 @@ public:
     bool LoadData();
     // True from LoadData until the list has all its rows, was stopped, or the read failed.
     bool ListLoading() const;
+    // True while the values of a chosen search type are read.
+    bool ValuesLoading() const;
     bool RefreshData();
     bool LoadFieldDatas(const QList<int>& selection);
 
@@ -149,6 +153,8 @@ private:
     void stopListLoad();
     void listReadFinished(bool ok);
     void listReadFailed(const QString& sql, const QString& description);
+    void valuesReadFinished(bool ok);
+    void showSearchValues(const TextArray& names);
 
     ctlButtons* ctlButtons_ = nullptr;
     QWidget* picButton_ = nullptr;
@@ -181,7 +187,10 @@ private:
     int move2Top_ = 0;          // the top of lblMove2 within picRight
     bool move2Placed_ = false;  // the operator has dragged lblMove2
     BackgroundRead* listRead_ = nullptr;
-    bool readingCursor_ = false;  // the hourglass shows while the songs are read
+    BackgroundRead* valuesRead_ = nullptr;
+    QString valuesCode_;                  // the search type whose values are being read
+    std::optional<Hourglass> listCursor_;  // shows while the songs are read
+    std::optional<Hourglass> valuesCursor_;
 };
 
 }  // namespace td

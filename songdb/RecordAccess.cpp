@@ -51,21 +51,36 @@ bool SongGetRecordset(const QString& fields, const QString& table, const QString
     return OpenRecordsetReported("SongGetRecordset", sql, rs);
 }
 
-bool SongGetNamesFromField(const QString& table, const QString& field, const QString& where, TextArray& names)
+QString SongNamesFromFieldSql(const QString& table, const QString& field, const QString& where)
 {
-    names = NewTextArray();
     QString sql = QStringLiteral("select distinct [") + field + QStringLiteral("] from ") + table;
     if (!selectsAll(where))
         sql += QStringLiteral(" where ") + where;
-    sql += QStringLiteral(" order by [") + field + u']';
+    return sql + QStringLiteral(" order by [") + field + u']';
+}
+
+void NamesFromFirstField(const Recordset& rs, TextArray& names)
+{
+    names = NewTextArray();
+    for (qsizetype i = 0; i < rs.RecordCount(); ++i)
+        if (!rs.isNull(i, 0))
+            AppendItem(names, rs.text(i, 0));
+}
+
+void ReportNamesFromFieldFailure()
+{
+    MsgError(QStringLiteral("SongGetNamesFromField failed! ") + ErrSuffix(SongLastError()));
+}
+
+bool SongGetNamesFromField(const QString& table, const QString& field, const QString& where, TextArray& names)
+{
+    names = NewTextArray();
     std::unique_ptr<Recordset> rs;
-    if (!SongOpenRecordset(sql, rs)) {
-        MsgError(QStringLiteral("SongGetNamesFromField failed! ") + ErrSuffix(SongLastError()));
+    if (!SongOpenRecordset(SongNamesFromFieldSql(table, field, where), rs)) {
+        ReportNamesFromFieldFailure();
         return false;
     }
-    for (qsizetype i = 0; i < rs->RecordCount(); ++i)
-        if (!rs->isNull(i, 0))
-            AppendItem(names, rs->text(i, 0));
+    NamesFromFirstField(*rs, names);
     rs->Close();
     return true;
 }

@@ -15,6 +15,10 @@ bool SongGetRecordset(const QString& fields, const QString& table, const QString
 // The distinct non-NULL values of a field, sorted, as a text array from 1.
 bool SongGetNamesFromField(const QString& table, const QString& field, const QString& where,
                            TextArray& names);
+// Its statement, its rows as names, and its message after a failed statement, for a read elsewhere.
+QString SongNamesFromFieldSql(const QString& table, const QString& field, const QString& where);
+void NamesFromFirstField(const Recordset& rs, TextArray& names);
+void ReportNamesFromFieldFailure();
 
 // Writes the photograph of the current row (image, image_len bytes of it) to a file.
 bool LoadImageField(Recordset* rs, const QString& path);

@@ -115,34 +115,53 @@ int popularList(const QString& where, TextArray& names, TextArray& keys)
     return UBound(names);
 }
 
-int singerList(const QString& where, TextArray& names, TextArray& keys)
+QString singerListSql(const QString& where)
 {
-    std::unique_ptr<Recordset> rs;
-    if (!SongOpenRecordset(
-            QStringLiteral("select distinct singer, type from song left join singer on song.singer = "
-                           "singer.name where ") +
-                where + QStringLiteral(" order by singer"),
-            rs))
-        return -1;
-    for (qsizetype r = 0; r < rs->RecordCount(); ++r) {
-        AppendItem(names, rs->text(r, 0));
-        AppendItem(keys, rs->text(r, 0));
+    return QStringLiteral("select distinct singer, type from song left join singer on song.singer = "
+                          "singer.name where ") +
+           where + QStringLiteral(" order by singer");
+}
+
+int singerNames(const Recordset& rs, TextArray& names, TextArray& keys)
+{
+    for (qsizetype r = 0; r < rs.RecordCount(); ++r) {
+        AppendItem(names, rs.text(r, 0));
+        AppendItem(keys, rs.text(r, 0));
     }
     return UBound(names);
 }
 
-// Distinct values of a field; keys copy the names, and an empty value shows as "None".
+int singerList(const QString& where, TextArray& names, TextArray& keys)
+{
+    std::unique_ptr<Recordset> rs;
+    if (!SongOpenRecordset(singerListSql(where), rs))
+        return -1;
+    return singerNames(*rs, names, keys);
+}
+
+// Keys copy the names, and an empty value shows as "None".
+int valueNames(TextArray& names, TextArray& keys)
+{
+    for (int i = 1; i <= UBound(names); ++i)
+        if (names[i].isEmpty())
+            names[i] = kNone;
+    keys = names;
+    return UBound(names);
+}
+
+// Distinct values of a field.
 int valueList(const QString& field, const QString& where, TextArray& names, TextArray& keys)
 {
     if (!SongGetNamesFromField(QStringLiteral("song"), field, where, names)) {
         names = NewTextArray();
         return 0;
     }
-    for (int i = 1; i <= UBound(names); ++i)
-        if (names[i].isEmpty())
-            names[i] = kNone;
-    keys = names;
-    return UBound(names);
+    return valueNames(names, keys);
+}
+
+bool isValueField(const QString& code)
+{
+    return code == u"language" || code == u"style";
 }
 
 int singerTypeList(const QString& where, TextArray& names, TextArray& keys)
@@ -180,7 +199,7 @@ int listNode(int grade, const QString& path, const QString& value, Conditions& c
         cond.narrowByLanguage(grade);
         return singerList(cond.where() + AlphabetCondition(value), names, keys);
     }
-    if (path == u"language" || path == u"style")
+    if (isValueField(path))
         return valueList(path, cond.where(), names, keys);
     if (path == u"popularsongs/language")
         return valueList(QStringLiteral("language"), cond.where(), names, keys);
@@ -290,6 +309,35 @@ QString GetRegionList()
     for (int i = 1; i <= UBound(names); ++i)
         quoted << u'\'' + names[i] + u'\'';
     return quoted.join(u',');
+}
+
+QString SearchTypeValuesStatement(int grade, const QString& code)
+{
+    Conditions cond(grade);
+    if (code == u"singer") {
+        cond.narrowByLanguage(grade);
+        return singerListSql(cond.where());
+    }
+    if (isValueField(code))
+        return SongNamesFromFieldSql(QStringLiteral("song"), code, cond.where());
+    return {};
+}
+
+int SearchTypeValuesFromRows(const QString& code, const Recordset& rs, TextArray& names, TextArray& keys)
+{
+    names = NewTextArray();
+    keys = NewTextArray();
+    if (code == u"singer")
+        return singerNames(rs, names, keys);
+    NamesFromFirstField(rs, names);
+    return valueNames(names, keys);
+}
+
+void ReportSearchTypeValuesFailure(const QString& code, const QString& sql, const QString& description)
+{
+    ReportStatementFailure("SongOpenRecordset", sql, description);
+    if (isValueField(code))
+        ReportNamesFromFieldFailure();
 }
 
 int SongSearchTree(int grade, const QString& path, const QString& value, TextArray& names, TextArray& keys)

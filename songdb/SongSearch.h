@@ -1,5 +1,6 @@
 #pragma once
 #include "shell/services/TextArray.h"
+#include "songdb/Recordset.h"
 #include <QString>
 #include <array>
 
@@ -8,6 +9,13 @@ namespace td {
 // The search tree of the songbook: given a node (path) and a value, the items of that node with
 // display names and keys (first at 1). Answers the item count, 0 for none, -1 when a statement failed.
 int SongSearchTree(int grade, const QString& path, const QString& value, TextArray& names, TextArray& keys);
+
+// The values offered when a search type is chosen (the tree's node of that type with no value),
+// split for a read elsewhere: the statement (empty where the list needs none, as for song and chars,
+// whose list SongSearchTree gives at once), its rows as names and keys, and the messages of a failure.
+QString SearchTypeValuesStatement(int grade, const QString& code);
+int SearchTypeValuesFromRows(const QString& code, const Recordset& rs, TextArray& names, TextArray& keys);
+void ReportSearchTypeValuesFailure(const QString& code, const QString& sql, const QString& description);
 
 // Caption of a search type key, through TranslateText; empty for an unknown key.
 QString SearchTypeCaption(const QString& key);

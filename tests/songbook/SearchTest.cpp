@@ -31,6 +31,7 @@ protected:
     {
         song->cboSearchType()->setCurrentIndex(typeRow(code));
         song->cboSearchType()->activated(song->cboSearchType()->currentIndex());
+        EXPECT_TRUE(waitForValues());
         song->cboSearchValue()->setEditText(value);
         song->cmdSearch()->click();
         EXPECT_TRUE(waitForList());
@@ -89,12 +90,36 @@ TEST_F(SongbookSearch, ChoosingATypeFillsTheValuesButDoesNotSearch)
     song->cboSearchValue()->setEditText(QString());
     song->cboSearchType()->setCurrentIndex(typeRow(QStringLiteral("singer")));
     song->cboSearchType()->activated(song->cboSearchType()->currentIndex());
+    ASSERT_TRUE(waitForValues());
     EXPECT_EQ(listedTitles(), QStringList{QStringLiteral("Moon River")});
     QStringList singers;
     for (int i = 0; i < song->cboSearchValue()->count(); ++i)
         singers << song->cboSearchValue()->itemText(i);
     EXPECT_TRUE(singers.contains(QStringLiteral("邓丽君"))) << singers.join(u',').toStdString();
     EXPECT_FALSE(singers.contains(QStringLiteral("Nobody")));
+}
+
+// The values of a type are read in the background: what the operator types meanwhile stays.
+TEST_F(SongbookSearch, ValuesReadInTheBackgroundKeepWhatWasTypedMeanwhile)
+{
+    song->cboSearchType()->setCurrentIndex(typeRow(QStringLiteral("style")));
+    song->cboSearchType()->activated(song->cboSearchType()->currentIndex());
+    song->cboSearchValue()->setEditText(QStringLiteral("Po"));
+    ASSERT_TRUE(waitForValues());
+    EXPECT_EQ(song->cboSearchValue()->currentText(), QStringLiteral("Po"));
+    QStringList styles;
+    for (int i = 0; i < song->cboSearchValue()->count(); ++i)
+        styles << song->cboSearchValue()->itemText(i);
+    EXPECT_EQ(styles, (QStringList{QStringLiteral("Ballad"), QStringLiteral("Pop")}));
+    // Choosing again before the values came drops the first read.
+    song->cboSearchType()->setCurrentIndex(typeRow(QStringLiteral("language")));
+    song->cboSearchType()->activated(song->cboSearchType()->currentIndex());
+    song->cboSearchType()->setCurrentIndex(typeRow(QStringLiteral("singer")));
+    song->cboSearchType()->activated(song->cboSearchType()->currentIndex());
+    ASSERT_TRUE(waitForValues());
+    EXPECT_TRUE(song->cboSearchValue()->findText(QStringLiteral("Tina")) >= 0);
+    EXPECT_EQ(song->cboSearchValue()->findText(QStringLiteral("English")), -1);
+    EXPECT_TRUE(dialogs.messages().isEmpty());
 }
 
 TEST_F(SongbookSearch, RefreshRunsTheCurrentSearchAndRefreshDataRepeatsTheLastQuery)

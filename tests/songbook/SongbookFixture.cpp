@@ -103,11 +103,21 @@ bool SongbookFixture::loadList()
 
 bool SongbookFixture::waitForList()
 {
+    return waitWhile([this] { return song->ListLoading(); });
+}
+
+bool SongbookFixture::waitForValues()
+{
+    return waitWhile([this] { return song->ValuesLoading(); });
+}
+
+bool SongbookFixture::waitWhile(const std::function<bool()>& busy)
+{
     QElapsedTimer clock;
     clock.start();
-    while (song->ListLoading() && clock.elapsed() < 10000)
+    while (busy() && clock.elapsed() < 10000)
         QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
-    return !song->ListLoading();
+    return !busy();
 }
 
 void SongbookFixture::select(const QList<int>& rows)

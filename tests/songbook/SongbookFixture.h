@@ -4,6 +4,7 @@
 #include "support/ScriptedDialogs.h"
 #include "support/TempAppDir.h"
 #include <QStringList>
+#include <functional>
 #include <gtest/gtest.h>
 #include <memory>
 
@@ -47,6 +48,9 @@ protected:
     bool loadList();
     // Lets the events run until a search under way has filled the list.
     bool waitForList();
+    // Lets the events run until the values of a chosen search type are there.
+    bool waitForValues();
+    bool waitWhile(const std::function<bool()>& busy);
     // Selects exactly these rows (1-based) and shows them in the editor, as a click would.
     void select(const QList<int>& rows);
     int row(const QString& title) const;  // list row of a title, 0 when not listed
