@@ -174,7 +174,7 @@ ctlDataView::PassSlice ctlDataView::sliceTimer()
     return slice;
 }
 
-bool ctlDataView::beginPass(bool refreshing, int maxItems)
+bool ctlDataView::beginPass(bool refreshing, int maxItems, bool requery)
 {
     if (pass_)
         return false;  // one pass at a time; the running one stays
@@ -182,7 +182,7 @@ bool ctlDataView::beginPass(bool refreshing, int maxItems)
         std::shared_ptr<Recordset> rs = mrsMain_.lock();
         if (!rs)
             throw AppError(QStringLiteral("Object variable or With block variable not set"));
-        if (refreshing)
+        if (refreshing && requery)
             rs->Requery();
         pass_ = std::make_unique<Pass>(rs, columns_, icon_, smallIcon_);
     } catch (const std::exception& e) {
@@ -353,7 +353,7 @@ bool ctlDataView::endPass()
 
 bool ctlDataView::runWholePass(bool refreshing, int maxItems)
 {
-    if (!beginPass(refreshing, maxItems))
+    if (!beginPass(refreshing, maxItems, true))
         return false;
     runPass(PassSlice{});
     return endPass();
@@ -372,7 +372,14 @@ bool ctlDataView::RefreshViewData()
 void ctlDataView::BeginLoadViewData()
 {
     StopLoading();
-    if (beginPass(false, 0))
+    if (beginPass(false, 0, false))
+        sliceTimer_->start();
+}
+
+void ctlDataView::BeginRefreshViewData()
+{
+    StopLoading();
+    if (beginPass(true, 0, false))
         sliceTimer_->start();
 }
 

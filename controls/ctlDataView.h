@@ -66,6 +66,9 @@ public:
     // Starts filling the whole list in slices from the event loop, the window live between them; a
     // pass under way stops first. LoadFinished comes at the end, as it does after the two above.
     void BeginLoadViewData();
+    // The same for a refresh against rows the owner has just read again into the recordset it
+    // handed (a requery done elsewhere): rows are verified, changed, removed and added in slices.
+    void BeginRefreshViewData();
     bool Loading() const { return pass_ != nullptr; }
     // Stops a pass under way where it is, as the cancel button does; the rows so far stay.
     void StopLoading();
@@ -128,7 +131,7 @@ private:
     };
     static constexpr qint64 kSliceMs = 20;
     static PassSlice sliceTimer();
-    bool beginPass(bool refreshing, int maxItems);
+    bool beginPass(bool refreshing, int maxItems, bool requery);
     bool runPass(const PassSlice& slice);
     bool sliceOver(const PassSlice& slice) const;
     bool verifySome(const PassSlice& slice);

@@ -15,6 +15,7 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPushButton>
+#include <utility>
 
 namespace td {
 
@@ -159,18 +160,27 @@ bool frmSong::LoadData()
 void frmSong::listReadFinished(bool ok)
 {
     listCursor_.reset();
+    const bool refreshing = std::exchange(refreshing_, false);
     if (!ok) {
-        listReadFailed(listRead_->statement(), listRead_->error());
+        if (refreshing)
+            MsgError(QStringLiteral("Load data failed! ") + ErrSuffix(listRead_->error()));
+        else
+            listReadFailed(listRead_->statement(), listRead_->error());
         return;
     }
-    ctlView_->ClearViewData();
-    ctlFields_->LoadFieldDatas({});
+    if (!refreshing) {
+        ctlView_->ClearViewData();
+        ctlFields_->LoadFieldDatas({});
+    }
     if (rsSong_)
         rsSong_->Close();
     rsSong_ = listRead_->take();
     ctlView_->setMrsMain(rsSong_);
     ctlFields_->setMrsMain(rsSong_);
-    ctlView_->BeginLoadViewData();
+    if (refreshing)
+        ctlView_->BeginRefreshViewData();
+    else
+        ctlView_->BeginLoadViewData();
 }
 
 void frmSong::listReadFailed(const QString& sql, const QString& description)
@@ -184,11 +194,19 @@ bool frmSong::ListLoading() const
     return listRead_->running() || ctlView_->Loading();
 }
 
+// Reads the last query again in the background and brings the list up to date in slices: rows of
+// songs changed elsewhere change, rows of deleted songs go, new songs join; the selection stays.
 bool frmSong::RefreshData()
 {
     if (!rsSong_ || !rsSong_->IsOpen() || ListLoading())
         return false;
-    return ctlView_->RefreshViewData();
+    Connection* db = SongConnection();
+    if (!db)
+        return ctlView_->RefreshViewData();  // fails there with its own message
+    refreshing_ = true;
+    listCursor_.emplace();
+    listRead_->start(*db, rsSong_->Source());
+    return true;
 }
 
 bool frmSong::LoadFieldDatas(const QList<int>& selection)

@@ -192,6 +192,7 @@ void frmSong::ctlView_MouseUp(int button)
 void frmSong::stopListLoad()
 {
     listRead_->cancel();
+    refreshing_ = false;
     listCursor_.reset();
     ctlView_->StopLoading();
 }

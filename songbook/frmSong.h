@@ -42,7 +42,8 @@ public:
     bool LoadFormat();
     void LoadSearchType();
     bool LoadData();
-    // True from LoadData until the list has all its rows, was stopped, or the read failed.
+    // True from LoadData or RefreshData until the list has all its rows, was stopped, or the read
+    // failed.
     bool ListLoading() const;
     // True while the values of a chosen search type are read.
     bool ValuesLoading() const;
@@ -187,6 +188,7 @@ private:
     int move2Top_ = 0;          // the top of lblMove2 within picRight
     bool move2Placed_ = false;  // the operator has dragged lblMove2
     BackgroundRead* listRead_ = nullptr;
+    bool refreshing_ = false;  // the read under way is a refresh of the list shown
     BackgroundRead* valuesRead_ = nullptr;
     QString valuesCode_;                  // the search type whose values are being read
     std::optional<Hourglass> listCursor_;  // shows while the songs are read

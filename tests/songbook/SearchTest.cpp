@@ -99,6 +99,29 @@ TEST_F(SongbookSearch, ChoosingATypeFillsTheValuesButDoesNotSearch)
     EXPECT_FALSE(singers.contains(QStringLiteral("Nobody")));
 }
 
+// A refresh reads in the background and brings the list shown up to date without losing its place.
+TEST_F(SongbookSearch, RefreshInTheBackgroundChangesRemovesAndAddsRowsAndKeepsTheSelection)
+{
+    search(QStringLiteral("song"), QStringLiteral("River"));
+    ASSERT_EQ(listedTitles().size(), 2);
+    const int moon = row(QStringLiteral("Moon River"));
+    select({moon});
+    sql(QStringLiteral("update song set title='Moon River (live)' where title='Moon River'"));
+    sql(QStringLiteral("delete from song where title='River Deep'"));
+    addSong(QStringLiteral("River Song"), QStringLiteral("Choir"));
+    ASSERT_TRUE(song->RefreshData());
+    EXPECT_FALSE(song->RefreshData());  // one at a time
+    ASSERT_TRUE(waitForList());
+    QStringList titles = listedTitles();
+    titles.sort();
+    EXPECT_EQ(titles, (QStringList{QStringLiteral("Moon River (live)"), QStringLiteral("River Song")}));
+    QList<int> selection;
+    song->ctlView()->GetViewSelections(selection);
+    ASSERT_EQ(selection.size(), 2);
+    EXPECT_EQ(listedTitles()[selection[1] - 1], QStringLiteral("Moon River (live)"));
+    EXPECT_TRUE(dialogs.messages().isEmpty());
+}
+
 // The values of a type are read in the background: what the operator types meanwhile stays.
 TEST_F(SongbookSearch, ValuesReadInTheBackgroundKeepWhatWasTypedMeanwhile)
 {
@@ -128,7 +151,8 @@ TEST_F(SongbookSearch, RefreshRunsTheCurrentSearchAndRefreshDataRepeatsTheLastQu
     addSong(QStringLiteral("River Flows"), QStringLiteral("Yiruma"));
     addSong(QStringLiteral("Other"), QStringLiteral("Yiruma"));
     song->cboSearchValue()->setEditText(QStringLiteral("Other"));  // typed, not yet searched
-    song->RefreshData();
+    ASSERT_TRUE(song->RefreshData());
+    ASSERT_TRUE(waitForList());
     EXPECT_EQ(listedTitles().size(), 3) << listedTitles().join(u',').toStdString();
     song->ExecuteCommand(QStringLiteral("REFRESH"));
     ASSERT_TRUE(waitForList());
