@@ -4,15 +4,98 @@
 #include "controls/ctlDataFields.h"
 #include "controls/ctlDataView.h"
 #include "regions/WindowText.h"
+#include "shell/services/AppError.h"
 #include "shell/services/AppPaths.h"
+#include "shell/services/Dialogs.h"
+#include "songdb/BackgroundRead.h"
+#include "songdb/SongSession.h"
+#include "songdb/SongStatements.h"
+#include <utility>
 #include <QCloseEvent>
 #include <QPushButton>
 
 namespace td {
 
 DataWindow::DataWindow(WindowFrame& frame, const QString& listName, QWidget* parent)
-    : QWidget(parent), frame_(frame), listName_(listName)
+    : QWidget(parent), frame_(frame), listName_(listName), listRead_(new BackgroundRead(this))
 {
+    connect(listRead_, &BackgroundRead::Finished, this, &DataWindow::listReadFinished);
+}
+
+bool DataWindow::LoadList(const QString& sql)
+{
+    StopListLoading();
+    if (!SongConnection()) {
+        ListReadFailed(sql, QStringLiteral("Operation is not allowed when the object is closed."));
+        return false;
+    }
+    startRead(sql);
+    return true;
+}
+
+bool DataWindow::RefreshList()
+{
+    if (!rsMain_ || !rsMain_->IsOpen() || ListLoading() || !parts_.view)
+        return false;
+    if (!SongConnection())
+        return parts_.view->RefreshViewData();  // fails there with its own message
+    refreshing_ = true;
+    startRead(rsMain_->Source());
+    return true;
+}
+
+void DataWindow::startRead(const QString& sql)
+{
+    if (!listCursor_)
+        listCursor_.emplace();
+    listRead_->start(*SongConnection(), sql);
+}
+
+void DataWindow::listReadFinished(bool ok)
+{
+    listCursor_.reset();
+    const bool refreshing = std::exchange(refreshing_, false);
+    if (!ok) {
+        if (refreshing)
+            MsgError(QStringLiteral("Load data failed! ") + ErrSuffix(listRead_->error()));
+        else
+            ListReadFailed(listRead_->statement(), listRead_->error());
+        return;
+    }
+    if (!refreshing) {
+        parts_.view->ClearViewData();
+        if (parts_.fields)
+            parts_.fields->LoadFieldDatas({});
+    }
+    if (rsMain_)
+        rsMain_->Close();
+    rsMain_ = listRead_->take();
+    parts_.view->setMrsMain(rsMain_);
+    if (parts_.fields)
+        parts_.fields->setMrsMain(rsMain_);
+    if (refreshing)
+        parts_.view->BeginRefreshViewData();
+    else
+        parts_.view->BeginLoadViewData();
+}
+
+void DataWindow::ListReadFailed(const QString& sql, const QString& description)
+{
+    ReportStatementFailure("SongOpenRecordset", sql, description);
+}
+
+bool DataWindow::ListLoading() const
+{
+    return listRead_->running() || (parts_.view && parts_.view->Loading());
+}
+
+void DataWindow::StopListLoading()
+{
+    listRead_->cancel();
+    refreshing_ = false;
+    listCursor_.reset();
+    if (parts_.view)
+        parts_.view->StopLoading();
 }
 
 void DataWindow::BindParts(const Parts& parts)
@@ -60,14 +143,6 @@ void DataWindow::viewStateChanged(int total, int selected, const QString& messag
     SetPane(StatusPane::Log, message);
 }
 
-void DataWindow::StopListLoading()
-{
-    if (!parts_.view)
-        return;
-    QPushButton* cancel = parts_.view->statusStrip()->cancelButton();
-    if (cancel->isVisibleTo(parts_.view->statusStrip()) && cancel->isEnabled())
-        cancel->click();
-}
 
 void DataWindow::closeEvent(QCloseEvent* event)
 {

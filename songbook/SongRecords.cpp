@@ -35,7 +35,7 @@ int frmSong::AddFiles(const TextArray& files)
     int added = 0;
     int last = 0;
     try {
-        Recordset& rs = Opened(rsSong_.get());
+        Recordset& rs = Opened(rsMain_.get());
         bool complete = true;
         for (int i = 1; i <= UBound(files); ++i) {
             QString rest = files[i], library;
@@ -62,7 +62,7 @@ int frmSong::AddFiles(const TextArray& files)
         if (complete && last > 0)
             items.EnsureVisible(last);
     } catch (const std::exception& e) {
-        CancelPendingEdit(rsSong_.get());
+        CancelPendingEdit(rsMain_.get());
         items.setSelected(last - added + 1, last, true);  // the songs added before the failure
         MsgError(QStringLiteral("Add file(s) to database failed! ") + ErrSuffix(e));
     }

@@ -136,84 +136,34 @@ void frmSong::cmdSearch_Click()
 // they are there, the window live all along. A read or fill under way gives way to the new one.
 bool frmSong::LoadData()
 {
-    stopListLoad();
     QString value = cboSearchValue_->currentText();
     value.replace(u'\'', QStringLiteral("''"));
     TextArray conditions = NewTextArray();
     AppendItem(conditions,
                QStringLiteral("(region in (") + GetRegionList() + QStringLiteral(") or region is null)"));
     AppendItem(conditions, SearchCondition(searchCode(), value));
-
-    const QString sql =
-        SongRecordsetSql(QStringLiteral("*"), QStringLiteral("Song"), JoinConditions(conditions), QString());
-    Connection* db = SongConnection();
-    if (!db) {
-        listReadFailed(sql, QStringLiteral("Operation is not allowed when the object is closed."));
-        return false;
-    }
-    if (!listCursor_)
-        listCursor_.emplace();
-    listRead_->start(*db, sql);
-    return true;
+    return LoadList(
+        SongRecordsetSql(QStringLiteral("*"), QStringLiteral("Song"), JoinConditions(conditions), QString()));
 }
 
-void frmSong::listReadFinished(bool ok)
-{
-    listCursor_.reset();
-    const bool refreshing = std::exchange(refreshing_, false);
-    if (!ok) {
-        if (refreshing)
-            MsgError(QStringLiteral("Load data failed! ") + ErrSuffix(listRead_->error()));
-        else
-            listReadFailed(listRead_->statement(), listRead_->error());
-        return;
-    }
-    if (!refreshing) {
-        ctlView_->ClearViewData();
-        ctlFields_->LoadFieldDatas({});
-    }
-    if (rsSong_)
-        rsSong_->Close();
-    rsSong_ = listRead_->take();
-    ctlView_->setMrsMain(rsSong_);
-    ctlFields_->setMrsMain(rsSong_);
-    if (refreshing)
-        ctlView_->BeginRefreshViewData();
-    else
-        ctlView_->BeginLoadViewData();
-}
-
-void frmSong::listReadFailed(const QString& sql, const QString& description)
+void frmSong::ListReadFailed(const QString& sql, const QString& description)
 {
     ReportStatementFailure("SongGetRecordset", sql, description);
     MsgError(TranslateText(QStringLiteral("Can't load data!")));
-}
-
-bool frmSong::ListLoading() const
-{
-    return listRead_->running() || ctlView_->Loading();
 }
 
 // Reads the last query again in the background and brings the list up to date in slices: rows of
 // songs changed elsewhere change, rows of deleted songs go, new songs join; the selection stays.
 bool frmSong::RefreshData()
 {
-    if (!rsSong_ || !rsSong_->IsOpen() || ListLoading())
-        return false;
-    Connection* db = SongConnection();
-    if (!db)
-        return ctlView_->RefreshViewData();  // fails there with its own message
-    refreshing_ = true;
-    listCursor_.emplace();
-    listRead_->start(*db, rsSong_->Source());
-    return true;
+    return RefreshList();
 }
 
 bool frmSong::LoadFieldDatas(const QList<int>& selection)
 {
     BusyWindow busy(this);
     const QVariantList bookmarks = bookmarksOf(selection);
-    ctlFields_->setMrsMain(rsSong_);
+    ctlFields_->setMrsMain(rsMain_);
     const bool ok = ctlFields_->LoadFieldDatas(bookmarks);
     SetPane(StatusPane::Selected, QString::number(bookmarks.size() - 1) + QStringLiteral(" selected"));
     return ok;

@@ -27,9 +27,9 @@ frmSong::frmSong(WindowFrame& frame, QWidget* parent) : DataWindow(frame, QStrin
 
 frmSong::~frmSong()
 {
-    stopListLoad();
-    if (rsSong_)
-        rsSong_->Close();
+    StopListLoading();
+    if (rsMain_)
+        rsMain_->Close();
     if (rsMedia_)
         rsMedia_->Close();
 }
@@ -51,8 +51,6 @@ void frmSong::buildControls()
     lblMove_->setObjectName(QStringLiteral("lblMove"));
     buildRightPanel();
 
-    listRead_ = new BackgroundRead(this);
-    connect(listRead_, &BackgroundRead::Finished, this, &frmSong::listReadFinished);
     valuesRead_ = new BackgroundRead(this);
     connect(valuesRead_, &BackgroundRead::Finished, this, &frmSong::valuesReadFinished);
     tmrLoadData_ = new QTimer(this);
@@ -187,26 +185,11 @@ void frmSong::ctlView_MouseUp(int button)
         Frame().popupMenu(QStringLiteral("mnuSong"));
 }
 
-// A read under way is dropped, and a list that is still filling stops where it is; a click on its
-// last rows completes it later.
-void frmSong::stopListLoad()
-{
-    listRead_->cancel();
-    refreshing_ = false;
-    listCursor_.reset();
-    ctlView_->StopLoading();
-}
-
 // On close the preview stops first; the media list keeps its column layout like the song list.
 void frmSong::WindowClosing()
 {
     StopSong();
     ctlMedia_->SaveViewFormat();
-}
-
-void frmSong::StopListLoading()
-{
-    stopListLoad();
 }
 
 // Keys reach the window and do nothing here.

@@ -42,9 +42,6 @@ public:
     bool LoadFormat();
     void LoadSearchType();
     bool LoadData();
-    // True from LoadData or RefreshData until the list has all its rows, was stopped, or the read
-    // failed.
-    bool ListLoading() const;
     // True while the values of a chosen search type are read.
     bool ValuesLoading() const;
     bool RefreshData();
@@ -89,7 +86,7 @@ public:
     SplitterBar* lblMove() const { return lblMove_; }
     SplitterBar* lblMove2() const { return lblMove2_; }
     QTimer* tmrLoadData() const { return tmrLoadData_; }
-    Recordset* songRecordset() const { return rsSong_.get(); }
+    Recordset* songRecordset() const { return rsMain_.get(); }
 
     // The command file for the room player, beside the program.
     static QString CommandFile();
@@ -97,7 +94,6 @@ public:
 protected:
     void resizeEvent(QResizeEvent* event) override;
     void WindowClosing() override;
-    void StopListLoading() override;
     void keyPressEvent(QKeyEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -151,9 +147,7 @@ private:
     // Hand-off
     QStringList selectedPaths(const QString& source, const QList<int>& selection);
     bool AddToPlayer(const QStringList& files, const QString& mode);
-    void stopListLoad();
-    void listReadFinished(bool ok);
-    void listReadFailed(const QString& sql, const QString& description);
+    void ListReadFailed(const QString& sql, const QString& description) override;
     void valuesReadFinished(bool ok);
     void showSearchValues(const TextArray& names);
 
@@ -180,18 +174,14 @@ private:
     PreviewPanel* picMoni_ = nullptr;
     QTimer* tmrLoadData_ = nullptr;
 
-    std::shared_ptr<Recordset> rsSong_;
     std::shared_ptr<Recordset> rsMedia_;
     TextArray searchTypeCodes_;
     TextArray searchValueCodes_;
     int moveLeft_ = 0;          // the left of lblMove, in pixels
     int move2Top_ = 0;          // the top of lblMove2 within picRight
     bool move2Placed_ = false;  // the operator has dragged lblMove2
-    BackgroundRead* listRead_ = nullptr;
-    bool refreshing_ = false;  // the read under way is a refresh of the list shown
     BackgroundRead* valuesRead_ = nullptr;
     QString valuesCode_;                  // the search type whose values are being read
-    std::optional<Hourglass> listCursor_;  // shows while the songs are read
     std::optional<Hourglass> valuesCursor_;
 };
 

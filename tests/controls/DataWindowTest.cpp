@@ -4,7 +4,9 @@
 #include "controls/ctlButtons.h"
 #include "controls/ctlDataFields.h"
 #include "controls/ctlDataView.h"
+#include "SongFixture.h"
 #include "support/QtApp.h"
+#include "support/ScriptedDialogs.h"
 #include "support/TempAppDir.h"
 #include <QPushButton>
 #include <gtest/gtest.h>
@@ -51,11 +53,11 @@ public:
         LoadFormats();
     }
     void ExecuteCommand(const QString& command) override { commands << command; }
-    void WindowClosing() override { order << QStringLiteral("window"); }
-    void StopListLoading() override
+    bool LoadSingers() { return LoadList(QStringLiteral("select * from singer")); }
+    // The window's own stops come while its list is still loading.
+    void WindowClosing() override
     {
-        order << QStringLiteral("list");
-        DataWindow::StopListLoading();
+        order << (view->Loading() ? QStringLiteral("window, list loading") : QStringLiteral("window"));
     }
     ctlDataView* view;
     ctlDataFields* fields;
@@ -111,26 +113,40 @@ TEST_F(DataWindowTest, TheListStateBecomesThePanesAndMinusOneKeepsWhatTheyShow)
 
 TEST_F(DataWindowTest, CloseStopsTheWindowThenARunningLoadAndTellsTheFrameOnce)
 {
+    test::SongFixture db(5000);
     SingerWindow w(frame);
-    StatusStrip* strip = w.view->statusStrip();
-    strip->StartStatus(QStringLiteral("showing data ..."), 0, 5000, true);
+    std::shared_ptr<Recordset> rs = db.open();
+    w.view->setMrsMain(rs);
+    w.view->BeginLoadViewData();
+    ASSERT_TRUE(w.ListLoading());
     w.close();
-    EXPECT_TRUE(strip->IsStatusCanceled());
-    EXPECT_EQ(w.order, (QStringList{QStringLiteral("window"), QStringLiteral("list")}));
+    EXPECT_FALSE(w.ListLoading());
+    EXPECT_LT(w.view->MainItems().Count(), 5000);  // stopped where it was
+    EXPECT_EQ(w.order, QStringList{QStringLiteral("window, list loading")});
     w.close();
     EXPECT_EQ(frame.closed, 1);
-    EXPECT_EQ(w.order.size(), 2);
+    EXPECT_EQ(w.order.size(), 1);
 }
 
-TEST_F(DataWindowTest, CloseWithoutALoadCancelsNothingAndTheDefaultFrameTakesEverything)
+TEST_F(DataWindowTest, CloseWithoutALoadAndTheDefaultFrameTakesEverything)
 {
     SingerWindow alone(NoFrame());
-    StatusStrip* strip = alone.view->statusStrip();
-    strip->StartStatus(QStringLiteral("showing data ..."), 0, 5000, true);
-    strip->EndStatus();
     emit alone.view->StateChanged(4, 1, QStringLiteral("loaded"));
+    EXPECT_FALSE(alone.ListLoading());
     alone.close();
-    EXPECT_FALSE(strip->IsStatusCanceled());
+    EXPECT_EQ(alone.order, QStringList{QStringLiteral("window")});
+}
+
+// Without a song database the search says why, as the statement runner does, and nothing loads.
+TEST_F(DataWindowTest, ALoadWithoutADatabaseReportsTheStatementAndStartsNothing)
+{
+    test::ScriptedDialogs dialogs;
+    SingerWindow w(frame);
+    EXPECT_FALSE(w.LoadSingers());
+    EXPECT_FALSE(w.ListLoading());
+    ASSERT_EQ(dialogs.messages().size(), 1);
+    EXPECT_TRUE(dialogs.messages()[0].startsWith(QStringLiteral("SongOpenRecordset failed! Err=")));
+    EXPECT_TRUE(dialogs.messages()[0].endsWith(QStringLiteral("SQL=select * from singer")));
 }
 
 }  // namespace
