@@ -115,7 +115,8 @@ double InsertWithSqlite3(const QString& path, const QString& root, const QString
     for (const QString& file : media) {
         const QString title = QFileInfo(file).fileName().section(u'.', 0, 0);
         out << "INSERT INTO song (\"index\", title, chars, media_file, library) VALUES (0, " << Quoted(title)
-            << ", " << title.size() << ", " << Quoted(file.mid(root.size())) << ", " << Quoted(root) << ");\n";
+            << ", " << title.size() << ", " << Quoted(file.mid(root.size())) << ", " << Quoted(root)
+            << ");\n";
     }
     out << "COMMIT;\n";
     out.flush();

@@ -10,9 +10,9 @@
 #include "songdb/BackgroundRead.h"
 #include "songdb/SongSession.h"
 #include "songdb/SongStatements.h"
-#include <utility>
 #include <QCloseEvent>
 #include <QPushButton>
+#include <utility>
 
 namespace td {
 
@@ -102,8 +102,9 @@ void DataWindow::BindParts(const Parts& parts)
 {
     parts_ = parts;
     if (parts_.buttons)
-        connect(parts_.buttons, &ctlButtons::Click, this,
-                [this](int index) { ExecuteCommand(parts_.buttons->GetButton(index, QStringLiteral("class"))); });
+        connect(parts_.buttons, &ctlButtons::Click, this, [this](int index) {
+            ExecuteCommand(parts_.buttons->GetButton(index, QStringLiteral("class")));
+        });
     if (parts_.view)
         connect(parts_.view, &ctlDataView::StateChanged, this, &DataWindow::viewStateChanged);
     if (!parts_.menu.isEmpty())
@@ -142,7 +143,6 @@ void DataWindow::viewStateChanged(int total, int selected, const QString& messag
         SetPane(StatusPane::Selected, QString::number(selected) + QStringLiteral(" selected"));
     SetPane(StatusPane::Log, message);
 }
-
 
 void DataWindow::closeEvent(QCloseEvent* event)
 {

@@ -86,7 +86,7 @@ private:
     Parts parts_;
     bool closed_ = false;
     BackgroundRead* listRead_ = nullptr;
-    bool refreshing_ = false;               // the read under way is a refresh of the list shown
+    bool refreshing_ = false;              // the read under way is a refresh of the list shown
     std::optional<Hourglass> listCursor_;  // shows while the rows are read
 };
 

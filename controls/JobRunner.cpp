@@ -28,8 +28,9 @@ public:
         post([caption, hint, start, max, canCancel](Host& host) {
             frmProcess& p = frmProcess::Instance();
             QObject::disconnect(host.cancelClick_);
-            host.cancelClick_ = QObject::connect(p.cancelButton(), &QPushButton::clicked, host.runner_,
-                                                 [self = host.shared_from_this()] { self->canceled_ = true; });
+            host.cancelClick_ =
+                QObject::connect(p.cancelButton(), &QPushButton::clicked, host.runner_,
+                                 [self = host.shared_from_this()] { self->canceled_ = true; });
             p.StartProcess(caption, hint, start, max, canCancel);
         });
     }
@@ -74,11 +75,13 @@ public:
     }
     void Inform(const QString& text, const QString& title) override
     {
-        answered(MsgAnswer::Ok, [=] { return Dialogs().message(text, MsgButtons::Ok, MsgIcon::Information, title); });
+        answered(MsgAnswer::Ok,
+                 [=] { return Dialogs().message(text, MsgButtons::Ok, MsgIcon::Information, title); });
     }
     void Fail(const QString& text, const QString& title) override
     {
-        answered(MsgAnswer::Ok, [=] { return Dialogs().message(text, MsgButtons::Ok, MsgIcon::Critical, title); });
+        answered(MsgAnswer::Ok,
+                 [=] { return Dialogs().message(text, MsgButtons::Ok, MsgIcon::Critical, title); });
     }
 
     bool StopRequested() override { return stopping_; }

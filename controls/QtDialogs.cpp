@@ -1,9 +1,9 @@
 #include "controls/QtDialogs.h"
-#include <QPointer>
 #include <QApplication>
 #include <QFileDialog>
 #include <QInputDialog>
 #include <QMessageBox>
+#include <QPointer>
 
 namespace td {
 namespace {

@@ -1,15 +1,15 @@
 #include "controls/ctlDataView.h"
+#include "controls/ControlsLog.h"
 #include "controls/StatusStrip.h"
 #include "controls/Twips.h"
-#include "controls/ControlsLog.h"
 #include "controls/VbInput.h"
 #include "shell/services/AppError.h"
 #include "shell/services/Dialogs.h"
 #include <QElapsedTimer>
 #include <QHeaderView>
-#include <QTimer>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QTimer>
 #include <QTreeView>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -526,7 +526,8 @@ void ctlDataView::selectRows(int from, int to, bool selected)
         return;
     const auto flags =
         (selected ? QItemSelectionModel::Select : QItemSelectionModel::Deselect) | QItemSelectionModel::Rows;
-    lvwMain_->selectionModel()->select(QItemSelection(model_->index(from - 1, 0), model_->index(to - 1, 0)), flags);
+    lvwMain_->selectionModel()->select(QItemSelection(model_->index(from - 1, 0), model_->index(to - 1, 0)),
+                                       flags);
 }
 
 // Selects one row (0 for none) after clearing all rows outside keepFrom..keepTo, all 1-based.

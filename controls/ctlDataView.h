@@ -1,5 +1,4 @@
 #pragma once
-#include <memory>
 #include "controls/DataViewModel.h"
 #include "controls/RecordRow.h"
 #include "controls/ViewFormat.h"
@@ -7,6 +6,7 @@
 #include <QList>
 #include <QWidget>
 #include <functional>
+#include <memory>
 
 class QTimer;
 class QTreeView;

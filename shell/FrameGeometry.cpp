@@ -56,7 +56,8 @@ QRect FittedFrameGeometry(const QRect& stored, const QRect& available)
     const int width = std::clamp(stored.width(), std::min(kMinWidth, available.width()), available.width());
     const int height =
         std::clamp(stored.height(), std::min(kMinHeight, available.height()), available.height());
-    const int left = std::clamp(stored.left(), available.left(), available.left() + available.width() - width);
+    const int left =
+        std::clamp(stored.left(), available.left(), available.left() + available.width() - width);
     const int top = std::clamp(stored.top(), available.top(), available.top() + available.height() - height);
     return QRect(left, top, width, height);
 }
@@ -78,7 +79,8 @@ void RestoreFrameGeometry(QWidget* frame)
 void SaveFrameGeometry(const QWidget* frame)
 {
     const bool maximized = frame->isMaximized();
-    const QRect place = maximized && frame->normalGeometry().isValid() ? frame->normalGeometry() : frame->geometry();
+    const QRect place =
+        maximized && frame->normalGeometry().isValid() ? frame->normalGeometry() : frame->geometry();
     AppIniWrite(kLeft, QString::number(place.left()));
     AppIniWrite(kTop, QString::number(place.top()));
     AppIniWrite(kWidth, QString::number(place.width()));

@@ -6,11 +6,11 @@
 #include "shell/services/Dialogs.h"
 #include "shell/services/Translate.h"
 #include "songbook/frmSong.h"
+#include "songdb/BackgroundRead.h"
 #include "songdb/RecordAccess.h"
 #include "songdb/SongSearch.h"
 #include "songdb/SongSession.h"
 #include "songdb/SongStatements.h"
-#include "songdb/BackgroundRead.h"
 #include <QApplication>
 #include <QComboBox>
 #include <QLineEdit>

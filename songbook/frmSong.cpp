@@ -1,12 +1,12 @@
 #include "songbook/frmSong.h"
-#include "songdb/BackgroundRead.h"
-#include <QApplication>
 #include "controls/StatusStrip.h"
 #include "controls/ctlButtons.h"
 #include "controls/ctlDataFields.h"
 #include "controls/ctlDataView.h"
 #include "songbook/PreviewPanel.h"
 #include "songbook/SplitterBar.h"
+#include "songdb/BackgroundRead.h"
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLineEdit>

@@ -1,6 +1,6 @@
 #pragma once
-#include "controls/DataWindow.h"
 #include "controls/BusyWindow.h"
+#include "controls/DataWindow.h"
 #include "shell/CommandTarget.h"
 #include "shell/services/TextArray.h"
 #include "songdb/Recordset.h"
@@ -8,8 +8,8 @@
 #include <QVariantList>
 #include <QWidget>
 #include <functional>
-#include <optional>
 #include <memory>
+#include <optional>
 
 class QCheckBox;
 class QComboBox;
@@ -181,7 +181,7 @@ private:
     int move2Top_ = 0;          // the top of lblMove2 within picRight
     bool move2Placed_ = false;  // the operator has dragged lblMove2
     BackgroundRead* valuesRead_ = nullptr;
-    QString valuesCode_;                  // the search type whose values are being read
+    QString valuesCode_;  // the search type whose values are being read
     std::optional<Hourglass> valuesCursor_;
 };
 

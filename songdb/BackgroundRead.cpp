@@ -1,6 +1,6 @@
 #include "songdb/BackgroundRead.h"
-#include "songdb/Connection.h"
 #include "shell/services/AppError.h"
+#include "songdb/Connection.h"
 #include "songdb/StoreLog.h"
 #include <mutex>
 
@@ -53,19 +53,19 @@ void BackgroundRead::start(Connection& connection, const QString& jetSql)
     auto work = std::make_shared<Work>();
     work->reader = reader;
     work_ = work;
-    thread_ = std::thread([this, work, reader, outcome, generation, sql = source_.nativeSql,
-                           keyed = source_.keyed]() mutable {
-        try {
-            outcome->rows = reader->query(sql, keyed, &outcome->keys);
-        } catch (const std::exception& e) {
-            outcome->error = ErrorText(e);
-        }
-        std::lock_guard lock(work->mutex);
-        work->reader.reset();
-        reader.reset();  // closes the reader here, never under a cancel's interrupt
-        if (!work->cancelled)
-            finishLater(generation, outcome);
-    });
+    thread_ = std::thread(
+        [this, work, reader, outcome, generation, sql = source_.nativeSql, keyed = source_.keyed]() mutable {
+            try {
+                outcome->rows = reader->query(sql, keyed, &outcome->keys);
+            } catch (const std::exception& e) {
+                outcome->error = ErrorText(e);
+            }
+            std::lock_guard lock(work->mutex);
+            work->reader.reset();
+            reader.reset();  // closes the reader here, never under a cancel's interrupt
+            if (!work->cancelled)
+                finishLater(generation, outcome);
+        });
 }
 
 void BackgroundRead::finishLater(int generation, std::shared_ptr<Outcome> outcome)
@@ -87,7 +87,8 @@ void BackgroundRead::finish(int generation, const std::shared_ptr<Outcome>& outc
         emit Finished(false);
         return;
     }
-    result_ = Connection::recordsetFrom(std::move(source_), std::move(outcome->rows), std::move(outcome->keys));
+    result_ =
+        Connection::recordsetFrom(std::move(source_), std::move(outcome->rows), std::move(outcome->keys));
     source_ = {};
     emit Finished(true);
 }

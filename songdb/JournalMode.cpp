@@ -35,11 +35,10 @@ bool IsNetworkFuse(const QString& type)
 {
     static const QStringList network = {
         QStringLiteral("fuse"),  // no subtype given: davfs2 and others of its age
-        QStringLiteral("fuse.sshfs"),        QStringLiteral("fuse.rclone"),
-        QStringLiteral("fuse.s3fs"),         QStringLiteral("fuse.gcsfuse"),
-        QStringLiteral("fuse.glusterfs"),    QStringLiteral("fuse.ceph-fuse"),
-        QStringLiteral("fuse.smbnetfs"),     QStringLiteral("fuse.curlftpfs"),
-        QStringLiteral("fuse.gvfsd-fuse"),   QStringLiteral("fuse.davfs"),
+        QStringLiteral("fuse.sshfs"),    QStringLiteral("fuse.rclone"),    QStringLiteral("fuse.s3fs"),
+        QStringLiteral("fuse.gcsfuse"),  QStringLiteral("fuse.glusterfs"), QStringLiteral("fuse.ceph-fuse"),
+        QStringLiteral("fuse.smbnetfs"), QStringLiteral("fuse.curlftpfs"), QStringLiteral("fuse.gvfsd-fuse"),
+        QStringLiteral("fuse.davfs"),
     };
     return network.contains(type);
 }
@@ -171,8 +170,8 @@ void ApplyJournalMode(sqlite3* db, const QString& file)
     // a database in it is used over the network by them, so it keeps the journal that works there.
     const QString ownShare = QFileInfo(AppPath() + QStringLiteral("/KtvPublic")).canonicalFilePath();
     if (choice == JournalChoice::WriteAheadLog && !ownShare.isEmpty())
-        choice = ChooseJournal(FileSystemKind::Local, canonical.isEmpty() ? info.absoluteFilePath() : canonical,
-                               ownShare);
+        choice = ChooseJournal(FileSystemKind::Local,
+                               canonical.isEmpty() ? info.absoluteFilePath() : canonical, ownShare);
     const bool wal = choice == JournalChoice::WriteAheadLog;
     // The answer is the mode in force: the old one when the change was refused (the file is busy).
     const QString mode = FirstText(db, wal ? "PRAGMA journal_mode=WAL" : "PRAGMA journal_mode=DELETE");

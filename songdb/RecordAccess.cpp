@@ -1,9 +1,9 @@
 #include "songdb/RecordAccess.h"
-#include "songdb/StoreLog.h"
 #include "shell/services/AppError.h"
 #include "shell/services/Dialogs.h"
 #include "shell/services/FilePaths.h"
 #include "songdb/SongStatements.h"
+#include "songdb/StoreLog.h"
 #include <QFile>
 #include <cmath>
 
@@ -29,7 +29,8 @@ QByteArray readPadded(QFile& file, qsizetype size)
 }
 }  // namespace
 
-QString SongRecordsetSql(const QString& fields, const QString& table, const QString& where, const QString& order)
+QString SongRecordsetSql(const QString& fields, const QString& table, const QString& where,
+                         const QString& order)
 {
     QString sql = fields.isEmpty() || fields == u"*" ? QStringLiteral("select * ")
                                                      : QStringLiteral("select ") + fields + u' ';

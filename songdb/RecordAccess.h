@@ -8,7 +8,8 @@ namespace td {
 
 // "select <fields> from <table> [where <where>] [order by <order>]": fields "*" or empty select
 // all; a where of "all" or empty selects every row.
-QString SongRecordsetSql(const QString& fields, const QString& table, const QString& where, const QString& order);
+QString SongRecordsetSql(const QString& fields, const QString& table, const QString& where,
+                         const QString& order);
 // Opens that statement through SongOpenRecordset.
 bool SongGetRecordset(const QString& fields, const QString& table, const QString& where, const QString& order,
                       std::unique_ptr<Recordset>& rs);

@@ -117,8 +117,9 @@ int popularList(const QString& where, TextArray& names, TextArray& keys)
 
 QString singerListSql(const QString& where)
 {
-    return QStringLiteral("select distinct singer, type from song left join singer on song.singer = "
-                          "singer.name where ") +
+    return QStringLiteral(
+               "select distinct singer, type from song left join singer on song.singer = "
+               "singer.name where ") +
            where + QStringLiteral(" order by singer");
 }
 

@@ -1,9 +1,9 @@
 #include "shell/services/Translate.h"
 #include "shell/services/AppError.h"
-#include "shell/services/ServicesLog.h"
 #include "shell/services/AppPaths.h"
 #include "shell/services/FilePaths.h"
 #include "shell/services/Ini.h"
+#include "shell/services/ServicesLog.h"
 #include "shell/services/TextStore.h"
 
 namespace td {

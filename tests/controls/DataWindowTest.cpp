@@ -1,10 +1,10 @@
 // The piece every data window is built on: its format file, its buttons, its panes and its close.
+#include "SongFixture.h"
 #include "controls/DataWindow.h"
 #include "controls/StatusStrip.h"
 #include "controls/ctlButtons.h"
 #include "controls/ctlDataFields.h"
 #include "controls/ctlDataView.h"
-#include "SongFixture.h"
 #include "support/QtApp.h"
 #include "support/ScriptedDialogs.h"
 #include "support/TempAppDir.h"

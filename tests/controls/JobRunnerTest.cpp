@@ -82,9 +82,8 @@ TEST_F(JobRunnerTest, CancelReachesTheJobWithinAQuarterSecondAndNoResumes)
     ASSERT_TRUE(waitFor(runner));
     ASSERT_GE(seenAt.load(), 0);
     EXPECT_LT(seenAt - shownAt, 250);
-    EXPECT_EQ(dialogs.messages(),
-              QStringList({QStringLiteral("Do you want to cancel the process?"),
-                           QStringLiteral("Do you want to cancel the process?")}));
+    EXPECT_EQ(dialogs.messages(), QStringList({QStringLiteral("Do you want to cancel the process?"),
+                                               QStringLiteral("Do you want to cancel the process?")}));
     EXPECT_TRUE(window.isEnabled());
 }
 
@@ -185,7 +184,10 @@ TEST_F(JobRunnerTest, StopEndsAJobThatWaitsForAnAnswerAndShowsNothingMore)
             runner->stop();  // the end of the program, chosen while the box is up
             return MsgAnswer::Yes;
         }
-        std::optional<QString> inputBox(const QString&, const QString&, const QString&) override { return {}; }
+        std::optional<QString> inputBox(const QString&, const QString&, const QString&) override
+        {
+            return {};
+        }
         QStringList openFiles(const OpenFileRequest&) override { return {}; }
         QString saveFile(const OpenFileRequest&) override { return {}; }
         QString pickFolder(const QString&, const QString&) override { return {}; }

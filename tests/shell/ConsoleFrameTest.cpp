@@ -76,7 +76,10 @@ auto cancel()
 // own as the songbook does.
 class FakeSongWindow : public QWidget, public CommandTarget {
 public:
-    explicit FakeSongWindow(WindowFrame& frame) : frame(frame) { frame.setOwnMenu(QStringLiteral("mnuSong")); }
+    explicit FakeSongWindow(WindowFrame& frame) : frame(frame)
+    {
+        frame.setOwnMenu(QStringLiteral("mnuSong"));
+    }
     WindowFrame& frame;
     QStringList received;
     void ExecuteCommand(const QString& keyword) override { received << keyword; }

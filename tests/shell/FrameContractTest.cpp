@@ -42,8 +42,9 @@ protected:
     {
         mdiMain::registerWindow(QStringLiteral("frmPaneA"),
                                 [](WindowFrame& f) { return new PaneWindow(f, QStringLiteral("mnuSong")); });
-        mdiMain::registerWindow(QStringLiteral("frmPaneB"),
-                                [](WindowFrame& f) { return new PaneWindow(f, QStringLiteral("mnuSinger")); });
+        mdiMain::registerWindow(QStringLiteral("frmPaneB"), [](WindowFrame& f) {
+            return new PaneWindow(f, QStringLiteral("mnuSinger"));
+        });
     }
     PaneWindow* show(const char* name)
     {
@@ -54,7 +55,10 @@ protected:
     {
         return {frame.pane(StatusPane::Total), frame.pane(StatusPane::Selected), frame.pane(StatusPane::Log)};
     }
-    bool menuShown(const char* name) const { return frame.menu(QString::fromLatin1(name))->menuAction()->isVisible(); }
+    bool menuShown(const char* name) const
+    {
+        return frame.menu(QString::fromLatin1(name))->menuAction()->isVisible();
+    }
     QStringList windowMenu()
     {
         QMenu* m = frame.menu(QStringLiteral("mnuWindow"));
@@ -183,8 +187,8 @@ TEST_F(FrameGeometryOnScreen, FirstStartFitsTheScreenAndAStoredPlaceComesBackHel
 {
     {
         mdiMain frame;
-        EXPECT_TRUE(available.contains(frame.geometry())) << frame.geometry().width() << "x"
-                                                          << frame.geometry().height();
+        EXPECT_TRUE(available.contains(frame.geometry()))
+            << frame.geometry().width() << "x" << frame.geometry().height();
     }
     store(QRect(-400, -300, 5000, 4000));
     {

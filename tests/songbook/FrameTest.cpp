@@ -86,15 +86,24 @@ TEST_F(SongbookFrame, RightClicksPopUpMenusAndFieldButtonsOpenWindowsThroughTheF
         std::function<void()> act;
         QStringList calls;
     } cases[] = {
-        {"right button on the list", [&] { emit window.ctlView()->MouseUp(2, 0, 0, 0); },
+        {"right button on the list",
+         [&] { emit window.ctlView()->MouseUp(2, 0, 0, 0); },
          {QStringLiteral("popup mnuSong")}},
         {"left button on the list", [&] { emit window.ctlView()->MouseUp(1, 0, 0, 0); }, {}},
         {"right button on an empty media list", [&] { emit window.ctlMedia()->MouseUp(2, 0, 0, 0); }, {}},
         {"singer button",
-         [&] { window.ctlFields()->cmdValue(window.ctlFields()->GetFieldIndex(QStringLiteral("singer")))->click(); },
+         [&] {
+             window.ctlFields()
+                 ->cmdValue(window.ctlFields()->GetFieldIndex(QStringLiteral("singer")))
+                 ->click();
+         },
          {QStringLiteral("show frmSinger")}},
         {"library button",
-         [&] { window.ctlFields()->cmdValue(window.ctlFields()->GetFieldIndex(QStringLiteral("library")))->click(); },
+         [&] {
+             window.ctlFields()
+                 ->cmdValue(window.ctlFields()->GetFieldIndex(QStringLiteral("library")))
+                 ->click();
+         },
          {QStringLiteral("show frmLibMana")}},
     };
     for (const auto& c : cases) {

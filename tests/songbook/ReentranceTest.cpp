@@ -26,7 +26,8 @@ protected:
     {
         addSong(QStringLiteral("Seed"), QStringLiteral("Choir"));
         for (int i = 0; i < 17; ++i)  // 131,072 songs: a read and a fill that take a while
-            sql(QStringLiteral("insert into song (title, singer, region, chars) "
+            sql(
+                QStringLiteral("insert into song (title, singer, region, chars) "
                                "select title, singer, region, chars from song"));
         RegisterWindows();
     }
@@ -100,7 +101,8 @@ TEST_F(Reentrance, TimerSearchChangeOfDatabaseAndExitDuringALoad)
     EXPECT_EQ(songbook(), nullptr);
     const QString log = dir.file(QStringLiteral("event.log"));
     const QString last = IniRead(log, QStringLiteral("Default"), QStringLiteral("Index"), {});
-    EXPECT_TRUE(IniRead(log, QStringLiteral("Event"), last, {}).endsWith(QStringLiteral("Application Terminated")));
+    EXPECT_TRUE(
+        IniRead(log, QStringLiteral("Event"), last, {}).endsWith(QStringLiteral("Application Terminated")));
     EXPECT_EQ(StatementsStartedMidStatement(), faultsBefore);
 }
 

@@ -9,10 +9,10 @@
 #include "songdb/Schema.h"
 #include "songdb/SongSession.h"
 #include "support/QtApp.h"
-#include <QDir>
-#include <QFile>
 #include <QCoreApplication>
+#include <QDir>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QTimer>
 
 namespace td::test {

@@ -19,7 +19,8 @@ protected:
     {
         file.addSong(QStringLiteral("Seed"), QStringLiteral("Choir"));
         for (int i = 0; i < doublings; ++i)
-            file.db().execute(QStringLiteral("insert into song (title, singer) select title, singer from song"));
+            file.db().execute(
+                QStringLiteral("insert into song (title, singer) select title, singer from song"));
     }
     SongFile file;
 };

@@ -4,8 +4,8 @@
 #include "songdb/SqliteBackend.h"
 #include "support/QtPrint.h"
 #include "support/TempAppDir.h"
-#include <QElapsedTimer>
 #include <QDir>
+#include <QElapsedTimer>
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
@@ -20,9 +20,9 @@ TEST(JournalChoice, FileSystemKindOfStatfsType)
         FileSystemKind kind;
     };
     const Case cases[] = {
-        {0xEF53, "", FileSystemKind::Local},       // ext4
-        {0x01021994, "", FileSystemKind::Local},   // tmpfs
-        {0x9123683E, "", FileSystemKind::Local},   // btrfs
+        {0xEF53, "", FileSystemKind::Local},      // ext4
+        {0x01021994, "", FileSystemKind::Local},  // tmpfs
+        {0x9123683E, "", FileSystemKind::Local},  // btrfs
         {0x6969, "", FileSystemKind::Nfs},
         {0x517B, "", FileSystemKind::Smb},
         {0xFF534D42, "", FileSystemKind::Cifs},
@@ -90,7 +90,8 @@ qint64 CountSongs(sqlite3* db)
 
 void Exec(sqlite3* db, const char* sql)
 {
-    ASSERT_EQ(sqlite3_exec(db, sql, nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(db) << " in " << sql;
+    ASSERT_EQ(sqlite3_exec(db, sql, nullptr, nullptr, nullptr), SQLITE_OK)
+        << sqlite3_errmsg(db) << " in " << sql;
 }
 
 // A song database in a fresh program folder; the folder's application INI holds NetworkRoot.
@@ -118,7 +119,9 @@ TEST_F(JournalOnDisk, LocalDatabaseWritesAheadWithNormalSync)
 
 TEST_F(JournalOnDisk, DatabaseBelowNetworkRootReturnsToTheRollbackJournal)
 {
-    { SqliteBackend local(file, 5000, false, false); }  // leaves the file in WAL mode
+    {
+        SqliteBackend local(file, 5000, false, false);
+    }  // leaves the file in WAL mode
     mountShareHere();
     SqliteBackend db(file, 5000, false, false);
     EXPECT_EQ(JournalModeOf(db.handle()), QStringLiteral("delete"));
@@ -191,7 +194,8 @@ TEST_F(JournalOnDisk, BusyFileOpensWithTheJournalItHas)
     for (const Case& c : cases) {
         AppIniWrite(QStringLiteral("NetworkRoot"), c.startInWal ? QStringLiteral("/net") : app.path());
         SqliteBackend other(file, 5000, false, false);
-        ASSERT_EQ(JournalModeOf(other.handle()), c.startInWal ? QStringLiteral("wal") : QStringLiteral("delete"));
+        ASSERT_EQ(JournalModeOf(other.handle()),
+                  c.startInWal ? QStringLiteral("wal") : QStringLiteral("delete"));
         Exec(other.handle(), "BEGIN; SELECT count(*) FROM song");
         AppIniWrite(QStringLiteral("NetworkRoot"), c.share ? app.path() : QStringLiteral("/net"));
         SqliteBackend db(file, 100, false, false);
