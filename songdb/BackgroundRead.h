@@ -12,7 +12,9 @@ class Connection;
 // Reads the rows of one statement on a thread of its own, over a reader connection to the same
 // database, so the interface thread never waits inside the store and nothing it does in the
 // meantime can reach a connection in the middle of a statement. The rows become a recordset of the
-// caller's connection: its writes go through that connection like any other recordset's.
+// caller's connection: its writes go through that connection like any other recordset's. The reader
+// sees what is committed in the database file; a connection's own temporary tables (the media search
+// list) are not there, so they are read with SongOpenRecordset.
 class BackgroundRead : public QObject {
     Q_OBJECT
 public:
