@@ -2,6 +2,7 @@
 // What the benchmark programs share: the generated songbooks, the figure lines, the application.
 #include "songdb/DemoSongbook.h"
 #include <QApplication>
+#include <QStringList>
 #include <QDir>
 #include <QFileInfo>
 #include <cstdio>
@@ -28,6 +29,17 @@ inline QString Songbook(const QString& dataDir, int songs)
 inline void Print(const char* name, double value, const char* unit)
 {
     std::printf("%s %.3f %s\n", name, value, unit);
+}
+
+// The program's arguments when at least count are given (its own name counted); otherwise the usage
+// line goes to stderr and the answer is empty.
+inline QStringList ArgumentsOrUsage(const QCoreApplication& app, int count, const char* usage)
+{
+    const QStringList args = app.arguments();
+    if (args.size() >= count)
+        return args;
+    std::fprintf(stderr, "usage: %s\n", usage);
+    return {};
 }
 
 // Widgets run offscreen unless told otherwise; the platform's complaints about window size hints

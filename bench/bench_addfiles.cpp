@@ -167,11 +167,9 @@ int main(int argc, char** argv)
 {
     bench::PrepareApplication();
     QApplication app(argc, argv);
-    const QStringList args = app.arguments();
-    if (args.size() < 2) {
-        std::fprintf(stderr, "usage: bench_addfiles DATA_DIR [wal|rollback|sqlite3|store]\n");
+    const QStringList args = bench::ArgumentsOrUsage(app, 2, "bench_addfiles DATA_DIR [wal|rollback|sqlite3|store]");
+    if (args.isEmpty())
         return 2;
-    }
     const QString work = QDir(args[1]).absoluteFilePath(QStringLiteral("addfiles"));
     const QString root = work + QStringLiteral("/lib");
     const QStringList media = MediaFiles(root);

@@ -110,11 +110,9 @@ int main(int argc, char** argv)
 {
     bench::PrepareApplication();
     QApplication app(argc, argv);
-    const QStringList args = app.arguments();
-    if (args.size() < 3) {
-        std::fprintf(stderr, "usage: bench_dataview DATA_DIR load|fill [SONGBOOK.db]\n");
+    const QStringList args = bench::ArgumentsOrUsage(app, 3, "bench_dataview DATA_DIR load|fill [SONGBOOK.db]");
+    if (args.isEmpty())
         return 2;
-    }
     const QString dir = args[1];
     QDir().mkpath(dir);
     td::SetAppPath(dir);

@@ -91,11 +91,9 @@ int main(int argc, char** argv)
 {
     bench::PrepareApplication();
     QApplication app(argc, argv);
-    const QStringList args = app.arguments();
-    if (args.size() < 2) {
-        std::fprintf(stderr, "usage: bench_songbook DATA_DIR [SONGBOOK.db]\n");
+    const QStringList args = bench::ArgumentsOrUsage(app, 2, "bench_songbook DATA_DIR [SONGBOOK.db]");
+    if (args.isEmpty())
         return 2;
-    }
     const QString dataDir = args[1];
     const QString book = args.size() > 2 ? args[2] : bench::Songbook(dataDir, 1000000);
     // A program folder of its own, with the songbook's format files from beside the console.
