@@ -46,12 +46,13 @@ void mdiMain::buildMenus()
     };
     auto singer = [this](const char* kw) { return [this, kw] { singerCommand(QString::fromLatin1(kw)); }; };
     auto window = [this](const char* name) { return [this, name] { guarded(QString::fromLatin1(name)); }; };
-    // A checked view entry hides its panel, an unchecked one shows it.
+    // An entry that was checked before the click hides its panel, an unchecked one shows it. Qt has
+    // flipped the mark by the time the handler runs, so the mark now is the opposite of before.
     auto view = [this](const char* entry, bool songbook, const char* what) {
         return [this, entry, songbook, what] {
-            const bool checked = actions_.value(QString::fromLatin1(entry))->isChecked();
+            const bool wasChecked = !actions_.value(QString::fromLatin1(entry))->isChecked();
             const QString kw =
-                (checked ? QStringLiteral("hide") : QStringLiteral("show")) + QString::fromLatin1(what);
+                (wasChecked ? QStringLiteral("hide") : QStringLiteral("show")) + QString::fromLatin1(what);
             songbook ? songCommand(kw) : singerCommand(kw);
         };
     };

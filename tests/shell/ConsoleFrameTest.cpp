@@ -206,12 +206,15 @@ TEST_F(ConsoleFrameTest, SongMenuFollowsTheSongbookWindowAndRoutesCommands)
     for (const char* entry :
          {"mnuSongSave", "mnuSongNext", "mnuSongRefresh", "mnuSongPlayInsert", "mnuSongPreview"})
         frame->menuAction(QString::fromLatin1(entry))->trigger();
+    // A view entry checked before the click hides its panel; an unchecked one shows it.
     frame->menuAction(QStringLiteral("mnuSongViewProperty"))->setChecked(true);
-    frame->menuAction(QStringLiteral("mnuSongViewProperty"))->trigger();  // unchecks, so it shows
+    frame->menuAction(QStringLiteral("mnuSongViewProperty"))->trigger();
+    frame->menuAction(QStringLiteral("mnuSongViewPreview"))->setChecked(false);
+    frame->menuAction(QStringLiteral("mnuSongViewPreview"))->trigger();
     EXPECT_EQ(fake->received,
               (QStringList{QStringLiteral("save"), QStringLiteral("next"), QStringLiteral("refresh"),
                            QStringLiteral("songbook/i"), QStringLiteral("songbook/preview"),
-                           QStringLiteral("showproperty")}));
+                           QStringLiteral("hideproperty"), QStringLiteral("showpreview")}));
 
     fake->close();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);

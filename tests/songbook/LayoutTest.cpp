@@ -42,6 +42,27 @@ TEST_F(SongbookLayout, HidingBothPanelsGivesTheListTheWholeWidthAndShowingBrings
     EXPECT_TRUE(frame->menuAction(QStringLiteral("mnuSongViewPreview"))->isChecked());
 }
 
+// The menu entries work as the operator reads them: a checked entry hides its panel, a second click
+// shows it again, and the mark follows.
+TEST_F(SongbookLayout, ViewMenuEntriesHideAndShowTheirPanels)
+{
+    for (const char* entry : {"mnuSongViewProperty", "mnuSongViewPreview"}) {
+        QAction* a = frame->menuAction(QString::fromLatin1(entry));
+        ASSERT_TRUE(a->isChecked()) << entry;
+        a->trigger();
+        EXPECT_FALSE(a->isChecked()) << entry;
+        a->trigger();
+        EXPECT_TRUE(a->isChecked()) << entry;
+    }
+    QAction* property = frame->menuAction(QStringLiteral("mnuSongViewProperty"));
+    property->trigger();
+    EXPECT_FALSE(song->GetViewProperty());
+    EXPECT_FALSE(song->picRight2()->isVisibleTo(song));
+    property->trigger();
+    EXPECT_TRUE(song->GetViewProperty());
+    EXPECT_TRUE(song->picRight2()->isVisibleTo(song));
+}
+
 TEST_F(SongbookLayout, SplittersStopShortOfTheEdges)
 {
     const int near = TwipsToPixels(120, song), far = TwipsToPixels(240, song);
