@@ -135,6 +135,12 @@ bool frmSong::indexChangeRefused(int selected)
         MsgInfo(QStringLiteral("The index is used by another song"), title);
         return true;
     }
+    // The number checked is the number stored: "1000.7" is song 1000, never 1001.
+    const QString whole = QString::number(number);
+    if (ctlFields_->GetField(field, QStringLiteral("value")).toString() != whole) {
+        ctlFields_->SetField(field, QStringLiteral("value"), whole);
+        ctlFields_->SetField(field, QStringLiteral("changed"), true);
+    }
     return false;
 }
 
