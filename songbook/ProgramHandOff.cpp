@@ -99,7 +99,10 @@ bool frmSong::AddToPlayer(const QStringList& files, const QString& mode)
             return false;
         }
     }
-    Shell().play(commandFile);
+    if (!Shell().play(commandFile)) {
+        SayNoProgramStarted(commandFile);
+        return false;
+    }
     return true;
 }
 

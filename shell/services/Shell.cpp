@@ -1,4 +1,5 @@
 #include "shell/services/Shell.h"
+#include "shell/services/Dialogs.h"
 #include "shell/services/Ini.h"
 #include "shell/services/Seam.h"
 #include <QDir>
@@ -43,12 +44,22 @@ void SetShell(ShellSeam* seam)
     Seam<ShellSeam, DesktopShell>::install(seam);
 }
 
-void OpenInternetShortcut(const QString& location)
+bool OpenInternetShortcut(const QString& location)
 {
     const QString file = QDir::current().filePath(QStringLiteral("Internet.url"));
     IniWrite(file, QStringLiteral("InternetShortcut"), QStringLiteral("URL"), location);
     // Desktops here do not open .url files themselves, so the location the shortcut holds is opened.
-    Shell().open(location);
+    if (Shell().open(location))
+        return true;
+    SayNoProgramStarted(location);
+    return false;
+}
+
+void SayNoProgramStarted(const QString& file)
+{
+    MsgError(QStringLiteral("No program could be started for <") + file +
+             QStringLiteral(">. Check the program settings (PlayerCommand, EditorCommand) or the desktop's "
+                            "default applications."));
 }
 
 }  // namespace td

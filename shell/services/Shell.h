@@ -16,7 +16,11 @@ public:
 ShellSeam& Shell();
 void SetShell(ShellSeam* seam);
 
-// Writes Internet.url with [InternetShortcut] URL=location into the current directory and opens it.
-void OpenInternetShortcut(const QString& location);
+// Writes Internet.url with [InternetShortcut] URL=location into the current directory and opens it;
+// false, after saying so, when no program could be started for it.
+bool OpenInternetShortcut(const QString& location);
+
+// The message of a hand-off to the desktop that could not start a program for the file.
+void SayNoProgramStarted(const QString& file);
 
 }  // namespace td

@@ -19,7 +19,8 @@ public:
     RecordingShell() { SetShell(this); }
     ~RecordingShell() override { SetShell(nullptr); }
     QStringList opened;
-    bool open(const QString& path) override { return opened << path, true; }
+    bool starts = true;
+    bool open(const QString& path) override { return opened << path, starts; }
     bool play(const QString&) override { return false; }
     bool edit(const QString&) override { return false; }
 };
@@ -36,6 +37,19 @@ TEST(DesktopSeams, InternetShortcutIsWrittenAndItsLocationOpened)
                       QStringLiteral("URL"), {}),
               QStringLiteral("/opt/tunedesk/userguide_home.htm"));
     EXPECT_EQ(shell.opened, QStringList{QStringLiteral("/opt/tunedesk/userguide_home.htm")});
+}
+
+TEST(DesktopSeams, AHandOffThatStartsNoProgramSaysSo)
+{
+    test::TempAppDir dir;
+    test::ScriptedDialogs dialogs;
+    RecordingShell shell;
+    shell.starts = false;
+    EXPECT_FALSE(OpenInternetShortcut(dir.file(QStringLiteral("userguide_home.htm"))));
+    ASSERT_EQ(dialogs.calls().size(), 1u);
+    EXPECT_EQ(dialogs.calls()[0].icon, MsgIcon::Critical);
+    EXPECT_TRUE(dialogs.calls()[0].text.startsWith(QStringLiteral("No program could be started for <") +
+                                                   dir.file(QStringLiteral("userguide_home.htm"))));
 }
 
 TEST(DatabaseDialog, ShowsTheStoredPathAndBrowsesForSongDatabases)

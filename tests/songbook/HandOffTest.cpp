@@ -86,6 +86,15 @@ TEST_F(SongbookHandOff, NothingOrTooMuchSelectedWritesNothing)
     EXPECT_EQ(shell.played.size(), 1);
 }
 
+TEST_F(SongbookHandOff, APlayerThatCannotBeStartedIsReported)
+{
+    shell.playerStarts = false;
+    EXPECT_EQ(handOff({1}, QStringLiteral("p")), QStringList({QStringLiteral("[Default]"), line(1, "p")}));
+    ASSERT_EQ(dialogs.messages().size(), 1);
+    EXPECT_TRUE(dialogs.messages()[0].startsWith(QStringLiteral("No program could be started for <") +
+                                                 frmSong::CommandFile()));
+}
+
 TEST_F(SongbookHandOff, PreviewSaysPlainlyThatItIsNotThereYet)
 {
     select({3});

@@ -26,7 +26,7 @@ bool RecordingShell::play(const QString& commandFile)
         for (const QByteArray& line : f.readAll().split('\n'))
             if (!line.trimmed().isEmpty())
                 commandLines << QString::fromUtf8(line.trimmed());
-    return true;
+    return playerStarts;
 }
 
 SongbookFixture::SongbookFixture()

@@ -25,6 +25,7 @@ public:
     bool edit(const QString&) override { return true; }
     QStringList played;        // command files handed over
     QStringList commandLines;  // the lines of the last command file, as written
+    bool playerStarts = true;  // false: as if no player program could be started
 };
 
 // A program folder with the songbook's format files, a song database with one library folder
