@@ -55,16 +55,18 @@ QString TranslatedOrEmpty(const QString& text)
     return text.isEmpty() ? QString() : TranslateText(text);
 }
 
+// A designed caption ending in " - <productname>" shows its own words translated and then the
+// product's name, which no translation touches.
 void ApplyWindowCaption(QWidget* window, const QString& file)
 {
     QString t = IniRead(file, kCaption, window->objectName(), QString());
-    const QString suffix = QStringLiteral(" - ") + AppTitle();
-    if (t.contains(suffix)) {
-        t.remove(suffix);
+    const QString marker = QStringLiteral(" - <productname>");
+    if (t.contains(marker)) {
+        t.remove(marker);
         QString caption = window->windowTitle();
         if (!t.isEmpty())
             caption = TranslateText(t);
-        window->setWindowTitle(caption + suffix);
+        window->setWindowTitle(caption + QStringLiteral(" - ") + AppTitle());
     } else if (!t.isEmpty()) {
         window->setWindowTitle(TranslateText(t));
     }

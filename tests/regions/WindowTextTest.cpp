@@ -38,7 +38,7 @@ struct TestWindow {
     explicit TestWindow(const QString& formatFile)
     {
         window.setObjectName(QStringLiteral("frmTest"));
-        window.setWindowTitle(QStringLiteral("Song list - Tunedesk"));
+        window.setWindowTitle(QStringLiteral("Song list - <productname>"));
         auto* layout = new QVBoxLayout(&window);
         cmdSave = add<QPushButton>(layout, "cmdSave", QStringLiteral("Save (&S)"));
         cmdSave->setToolTip(QStringLiteral("Save the song"));
@@ -116,7 +116,7 @@ TEST_F(WindowText, ExportKeepsDesignedTextsByNameAndIndex)
         const char* key;
         const char* value;
     } cases[] = {
-        {"ControlCaption", "frmTest", "Song list - Tunedesk"},
+        {"ControlCaption", "frmTest", "Song list - <productname>"},
         {"ControlCaption", "cmdSave", "Save (&S)"},
         {"ControlToolTip", "cmdSave", "Save the song"},
         {"ControlCaption", "cmdEmpty", "<none>"},

@@ -61,6 +61,8 @@ TEST(DatabaseDialog, ShowsTheStoredPathAndBrowsesForSongDatabases)
     DatabaseHomePath(QStringLiteral("SongServer"), stored, true);
 
     frmDatabase dialog;
+    // The designed " - <productname>" becomes the product's name, also before any language is chosen.
+    EXPECT_EQ(dialog.windowTitle(), QStringLiteral("Database configuration - Tunedesk"));
     EXPECT_EQ(dialog.txtLocal()->text(), dir.file(QStringLiteral("data/song1.db")));
     EXPECT_EQ(dialog.txtLocal()->toolTip(), dialog.txtLocal()->text());
 
