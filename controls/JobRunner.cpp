@@ -20,7 +20,7 @@ public:
     void StartProcess(const QString& caption, const QString& hint, qint64 start, qint64 max,
                       bool canCancel) override
     {
-        canceled_ = false;
+        resumedAt_ = seenAt_ = clicks_.load();  // a click before this process is not for it
         {
             std::lock_guard lock(countMutex_);
             count_ = ProgressCount{double(start), double(max)};
@@ -28,9 +28,8 @@ public:
         post([caption, hint, start, max, canCancel](Host& host) {
             frmProcess& p = frmProcess::Instance();
             QObject::disconnect(host.cancelClick_);
-            host.cancelClick_ =
-                QObject::connect(p.cancelButton(), &QPushButton::clicked, host.runner_,
-                                 [self = host.shared_from_this()] { self->canceled_ = true; });
+            host.cancelClick_ = QObject::connect(p.cancelButton(), &QPushButton::clicked, host.runner_,
+                                                 [self = host.shared_from_this()] { ++self->clicks_; });
             p.StartProcess(caption, hint, start, max, canCancel);
         });
     }
@@ -55,11 +54,16 @@ public:
         });
     }
 
-    bool IsProcessCanceled() override { return canceled_ || stopping_; }
+    bool IsProcessCanceled() override
+    {
+        seenAt_ = clicks_.load();
+        return seenAt_ > resumedAt_ || stopping_;
+    }
 
     void ResumeProcess() override
     {
-        canceled_ = false;
+        // Only the clicks the job has looked at are answered; one made while the answer travelled stays.
+        resumedAt_ = seenAt_;
         post([](Host&) { frmProcess::Instance().ResumeProcess(); });
     }
 
@@ -115,7 +119,9 @@ private:
     }
 
     JobRunner* runner_;
-    std::atomic<bool> canceled_{false};
+    std::atomic<int> clicks_{0};  // presses of the cancel button, counted on the interface thread
+    int seenAt_ = 0;              // the count at the job's last look (job thread only)
+    int resumedAt_ = 0;           // the count the job resumed from (job thread only)
     std::atomic<bool> stopping_{false};
     std::atomic<bool> progressPosted_{false};
     std::mutex countMutex_;

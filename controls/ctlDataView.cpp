@@ -5,16 +5,43 @@
 #include "controls/VbInput.h"
 #include "shell/services/AppError.h"
 #include "shell/services/Dialogs.h"
+#include <QApplication>
 #include <QElapsedTimer>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QStyledItemDelegate>
 #include <QTimer>
 #include <QTreeView>
 #include <QVBoxLayout>
 #include <algorithm>
 
 namespace td {
+
+namespace {
+
+// Every row is as high as a row holding Chinese and Latin text, whatever the row that is measured
+// holds: the list has one row height, not one after the first fill and another after a search.
+class OneRowHeight : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override
+    {
+        QSize size = QStyledItemDelegate::sizeHint(option, index);
+        QStyleOptionViewItem sample = option;
+        initStyleOption(&sample, index);
+        sample.text = QStringLiteral("\u4e2d\u6587Ag");
+        sample.features |= QStyleOptionViewItem::HasDisplay;
+        const QWidget* widget = option.widget;
+        const QStyle* style = widget ? widget->style() : QApplication::style();
+        size.setHeight(
+            std::max(size.height(),
+                     style->sizeFromContents(QStyle::CT_ItemViewItem, &sample, QSize(), widget).height()));
+        return size;
+    }
+};
+
+}  // namespace
 
 ctlDataView::ctlDataView(QWidget* parent) : QWidget(parent)
 {
@@ -25,6 +52,7 @@ ctlDataView::ctlDataView(QWidget* parent) : QWidget(parent)
     lvwMain_->setRootIsDecorated(false);
     lvwMain_->setItemsExpandable(false);
     lvwMain_->setUniformRowHeights(true);
+    lvwMain_->setItemDelegate(new OneRowHeight(lvwMain_));
     lvwMain_->setAllColumnsShowFocus(true);
     lvwMain_->setSelectionBehavior(QAbstractItemView::SelectRows);
     lvwMain_->setSelectionMode(QAbstractItemView::SingleSelection);

@@ -9,6 +9,7 @@
 #include "support/ScriptedDialogs.h"
 #include "support/TempAppDir.h"
 #include "support/Timing.h"
+#include <QApplication>
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QPushButton>
@@ -37,6 +38,15 @@ protected:
     }
 
     bool appReady = (test::EnsureQtApp(), true);  // before the window
+    // The job's StartProcess has reached the interface thread: the progress window stands.
+    static bool progressShown()
+    {
+        for (QWidget* w : QApplication::topLevelWidgets())
+            if (w->objectName() == QLatin1String("frmProcess") && w->isVisible())
+                return true;
+        return false;
+    }
+
     test::TempAppDir dir;
     test::ScriptedDialogs dialogs;
     QWidget window;
@@ -55,9 +65,10 @@ TEST_F(JobRunnerTest, CancelReachesTheJobWithinAQuarterSecondAndNoResumes)
         host.StartProcess(QString(), QStringLiteral("Counting"), 0, 1000000000, true);
         for (qint64 i = 1;; ++i) {
             host.Processing(i);
-            if (host.IsProcessCanceled() && seenAt < 0)
+            const bool canceled = host.IsProcessCanceled();
+            if (canceled && seenAt < 0)
                 seenAt = clock.elapsed();
-            if (JobStopWanted(host))
+            if (canceled && JobStopWanted(host))
                 break;
             if (i % 1000 == 0 && stops == 0 && seenAt >= 0) {
                 stops = 1;  // resumed after the first No: the flag is down again
@@ -67,17 +78,19 @@ TEST_F(JobRunnerTest, CancelReachesTheJobWithinAQuarterSecondAndNoResumes)
         host.EndProcess();
     }));
     EXPECT_FALSE(window.isEnabled());
-    // The operator presses cancel twice while the job counts.
+    // The operator presses cancel twice while the job counts: once the progress window shows, and
+    // again after the first question was answered.
     for (int press = 0; press < 2; ++press) {
         QElapsedTimer wait;
         wait.start();
-        while (wait.elapsed() < 100)
+        while (wait.elapsed() < 5000 && !(progressShown() && dialogs.calls().size() == std::size_t(press)))
             QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+        ASSERT_TRUE(progressShown());
         if (press == 0)
             shownAt = clock.elapsed();
         frmProcess::Instance().cancelButton()->click();
         wait.restart();
-        while (wait.elapsed() < 300 && (press == 0 ? seenAt < 0 : runner.running()))
+        while (wait.elapsed() < 2000 && (press == 0 ? seenAt < 0 : runner.running()))
             QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
     }
     ASSERT_TRUE(waitFor(runner));

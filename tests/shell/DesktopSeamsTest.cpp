@@ -45,7 +45,10 @@ TEST(DesktopSeams, AHandOffThatStartsNoProgramSaysSo)
     test::ScriptedDialogs dialogs;
     RecordingShell shell;
     shell.starts = false;
+    const QString before = QDir::currentPath();
+    QDir::setCurrent(dir.path());  // the shortcut file is written where the program stands
     EXPECT_FALSE(OpenInternetShortcut(dir.file(QStringLiteral("userguide_home.htm"))));
+    QDir::setCurrent(before);
     ASSERT_EQ(dialogs.calls().size(), 1u);
     EXPECT_EQ(dialogs.calls()[0].icon, MsgIcon::Critical);
     EXPECT_TRUE(dialogs.calls()[0].text.startsWith(QStringLiteral("No program could be started for <") +

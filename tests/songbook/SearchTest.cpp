@@ -7,6 +7,7 @@
 #include "songdb/SongSearch.h"
 #include <QComboBox>
 #include <QPushButton>
+#include <QTreeView>
 
 using namespace td;
 
@@ -120,6 +121,17 @@ TEST_F(SongbookSearch, RefreshInTheBackgroundChangesRemovesAndAddsRowsAndKeepsTh
     ASSERT_EQ(selection.size(), 2);
     EXPECT_EQ(listedTitles()[selection[1] - 1], QStringLiteral("Moon River (live)"));
     EXPECT_TRUE(dialogs.messages().isEmpty());
+}
+
+// The list has one row height whether its first row holds Chinese or Latin text.
+TEST_F(SongbookSearch, RowsKeepOneHeightWhateverTheFirstRowHolds)
+{
+    QTreeView* list = song->ctlView()->list();
+    search(QStringLiteral("song"), QStringLiteral("月亮"));
+    const int chinese = list->visualRect(list->model()->index(0, 0)).height();
+    search(QStringLiteral("song"), QStringLiteral("River"));
+    EXPECT_EQ(list->visualRect(list->model()->index(0, 0)).height(), chinese);
+    EXPECT_GT(chinese, 0);
 }
 
 // The values of a type are read in the background: what the operator types meanwhile stays.
