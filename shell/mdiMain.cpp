@@ -5,6 +5,8 @@
 #include "shell/CommandTarget.h"
 #include "shell/FrameGeometry.h"
 #include "shell/Main.h"
+#include "shell/MenuAccessKeys.h"
+#include "shell/ToolbarIcons.h"
 #include "shell/services/AppPaths.h"
 #include "shell/services/Dialogs.h"
 #include "shell/services/Shell.h"
@@ -74,6 +76,7 @@ mdiMain::mdiMain(QWidget* parent) : QMainWindow(parent)
             setActiveChild(sub->widget());
     });
     buildMenus();
+    new MenuAccessKeys(menuBar());
     buildToolbar();
     buildStatusBar();
     ExportWindowText(this);
@@ -160,18 +163,19 @@ QMenu* mdiMain::menu(const QString& name) const
 void mdiMain::buildToolbar()
 {
     struct Button {
-        const char *key, *caption, *menuEntry;
+        const char *key, *caption, *menuEntry, *themeIcon;
         QStyle::StandardPixmap icon;
     };
     static const Button buttons[] = {
-        {"login", "Login ...", "mnuLogin", QStyle::SP_DialogApplyButton},
-        {"library", "Library ...", "mnuManaLib", QStyle::SP_DirHomeIcon},
-        {"copydisc", "Copy media files from disc to library ...", "mnuToolCopy", QStyle::SP_DriveCDIcon},
-        {"print", "Print songbook ...", "mnuToolPrint", QStyle::SP_FileDialogDetailedView},
-        {"database", "Database ...", "mnuConfData", QStyle::SP_DriveHDIcon},
-        {"options", "Options ...", "mnuConfOptions", QStyle::SP_FileDialogContentsView},
-        {"help", "Help", "mnuHelpCont", QStyle::SP_DialogHelpButton},
-        {"about", "About", "mnuAbout", QStyle::SP_MessageBoxInformation},
+        {"login", "Login ...", "mnuLogin", "system-users", QStyle::SP_DialogApplyButton},
+        {"library", "Library ...", "mnuManaLib", "folder-music", QStyle::SP_DirHomeIcon},
+        {"copydisc", "Copy media files from disc to library ...", "mnuToolCopy", "media-optical",
+         QStyle::SP_DriveCDIcon},
+        {"print", "Print songbook ...", "mnuToolPrint", "document-print", QStyle::SP_FileDialogDetailedView},
+        {"database", "Database ...", "mnuConfData", "network-server", QStyle::SP_DriveHDIcon},
+        {"options", "Options ...", "mnuConfOptions", "preferences-system", QStyle::SP_FileDialogContentsView},
+        {"help", "Help", "mnuHelpCont", "help-contents", QStyle::SP_DialogHelpButton},
+        {"about", "About", "mnuAbout", "help-about", QStyle::SP_MessageBoxInformation},
     };
     tlbDefault_ = addToolBar(QStringLiteral("tlbDefault"));
     tlbDefault_->setObjectName(QStringLiteral("tlbDefault"));
@@ -180,7 +184,8 @@ void mdiMain::buildToolbar()
     int index = 1;
     for (const Button& b : buttons) {
         const QString key = QString::fromLatin1(b.key);
-        QAction* a = tlbDefault_->addAction(style()->standardIcon(b.icon), QString::fromLatin1(b.caption));
+        const QIcon icon = ToolbarIcon(b.themeIcon, b.icon, style());
+        QAction* a = tlbDefault_->addAction(icon, QString::fromLatin1(b.caption));
         a->setObjectName(QStringLiteral("tlbDefault(%1)").arg(index++));
         a->setData(key);
         a->setToolTip(QString::fromLatin1(b.caption));
