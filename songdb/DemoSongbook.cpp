@@ -21,6 +21,9 @@ const QString kHanzi = QString::fromUtf8(
 const char* const kWords[] = {"Love", "Night", "Dream",   "Heart", "Star", "Rain",   "Dance",
                               "Fire", "Sky",   "Road",    "Home",  "Blue", "Summer", "Moon",
                               "Time", "Light", "Forever", "River", "Song", "Wind"};
+// Titles an operator knows, first in the demo, so that typing their initials ("ZGX", "JSQ") finds them.
+const char* const kKnownTitles[] = {"中国心", "今生情",   "月亮代表我的心", "甜蜜蜜",   "小城故事",
+                                    "朋友",   "童年",     "大海",           "同桌的你", "光辉岁月"};
 const char* const kLanguages[] = {"Mandarin", "Cantonese", "English", "Japanese", "Korean", ""};
 const char* const kStyles[] = {"Pop", "Rock", "Folk", "Ballad", "Dance", "Jazz"};
 const char* const kRegions[] = {"China", "Taiwan", "HongKong"};
@@ -71,8 +74,12 @@ void insertSongs(sqlite3* db, Generator& g, int songs, const QString& library, c
                            "channel, order_time, region, "
                            "media_file, library, lupd_by, lupd_time) VALUES (?,?,?,?,?,?,?,?,?,?,?,?,?,?)"));
     for (int i = 0; i < songs; ++i) {
-        const QString title = g.title();
-        const int region = g.pick(4);
+        QString title = g.title();  // drawn for every song, so the songs after the known ones stay as they were
+        int region = g.pick(4);
+        if (i < int(std::size(kKnownTitles))) {
+            title = QString::fromUtf8(kKnownTitles[i]);
+            region = 0;  // listed in the demo's regions
+        }
         const QVariant values[] = {1000 + i,
                                    title,
                                    title.size(),
