@@ -8,7 +8,7 @@ packages=(
   qt6-base-dev qt6-qpa-plugins libsqlite3-dev sqlite3 libpq-dev postgresql
   libmpv-dev mdbtools-dev libxlsxwriter-dev libasound2-dev pulseaudio libasound2-plugins
   googletest libgtest-dev libgmock-dev
-  xvfb xauth ffmpeg poppler-utils fonts-wqy-microhei libgl-dev xdotool
+  xvfb xauth ffmpeg poppler-utils fonts-wqy-microhei libgl-dev xdotool libgl1-mesa-dri
 )
 
 missing=()
