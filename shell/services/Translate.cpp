@@ -5,6 +5,7 @@
 #include "shell/services/Ini.h"
 #include "shell/services/ServicesLog.h"
 #include "shell/services/TextStore.h"
+#include <utility>
 
 namespace td {
 namespace {
@@ -97,8 +98,11 @@ bool SetInterfaceRegion(const QString& name)
     try {
         language().resourceText = ReadTextStore(GetRegionFile(name));
     } catch (const std::exception& e) {
-        // A damaged text file counts as none: the interface falls back to its English texts.
-        qCWarning(lcServices) << "text file of region" << name << "not read:" << ErrorText(e);
+        // A damaged text file counts as none: the interface falls back to its English texts. The
+        // lookups that follow try it again each time; the log says so once.
+        static QString lastUnread;
+        if (std::exchange(lastUnread, name) != name)
+            qCWarning(lcServices) << "text file of region" << name << "not read:" << ErrorText(e);
         language().resourceText.clear();
     }
     if (language().resourceText.isEmpty())

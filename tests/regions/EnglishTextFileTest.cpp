@@ -6,9 +6,11 @@
 #include "shell/services/Translate.h"
 #include "songdb/Schema.h"
 #include "songdb/SongSession.h"
+#include "songdb/SongStatements.h"
 #include "support/QtApp.h"
 #include "support/ScriptedDialogs.h"
 #include "support/TempAppDir.h"
+#include <QAction>
 #include <QCoreApplication>
 #include <QDir>
 #include <QDirIterator>
@@ -23,6 +25,17 @@ using namespace td;
 namespace {
 
 const QString kSourceDir = QStringLiteral(TUNEDESK_SOURCE_DIR);
+
+// The regions shipped in data/Region: the folders with a string.txt.
+QList<QString> shippedRegions()
+{
+    QList<QString> regions;
+    const QDir root(kSourceDir + QStringLiteral("/data/Region"));
+    for (const QString& name : root.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name))
+        if (QFile::exists(root.filePath(name + QStringLiteral("/string.txt"))))
+            regions << name;
+    return regions;
+}
 
 // Texts the code hands to TranslateText as literals.
 QSet<QString> literalKeys()
@@ -46,7 +59,8 @@ QSet<QString> literalKeys()
     return keys;
 }
 
-// Texts the windows look up while they load: captions, tips, format-file texts.
+// Texts the windows look up while they load: captions, tips, format-file texts, the region names
+// the region windows show, and the messages of menu entries that only say something.
 QSet<QString> windowKeys()
 {
     QSet<QString> keys;
@@ -57,39 +71,61 @@ QSet<QString> windowKeys()
         AboutBox about;
         // The songbook reads its format files and lists its search types from an open database.
         RegisterWindows();
-        frame.ShowWindow(QStringLiteral("frmSong"));
+        for (const char* window :
+             {"frmSong", "frmAvailableRegion", "frmGlobeRegion", "frmDefaultRegion", "frmOptions"})
+            frame.ShowWindow(QString::fromLatin1(window));
+        for (const char* entry : {"mnuLogin", "mnuChangePassword"})
+            frame.menuAction(QString::fromLatin1(entry))->trigger();
         QCoreApplication::processEvents();
     }
     SetTranslateObserver(nullptr);
     return keys;
 }
 
-TEST(EnglishTextFile, HoldsEveryTextOfTheConsole)
+// Every text the console hands to the translation, once for all the region files.
+const QSet<QString>& consoleKeys()
 {
-    test::EnsureQtApp();
-    test::TempAppDir dir;
-    test::ScriptedDialogs dialogs;
-    for (const QString& name :
-         QDir(kSourceDir + QStringLiteral("/data")).entryList({QStringLiteral("*.ini")}))
-        QFile::copy(kSourceDir + QStringLiteral("/data/") + name, dir.file(name));
-    QString songs = dir.file(QStringLiteral("song.db"));
-    CreateSongDatabase(songs, QStringLiteral("Chinese"));
-    DatabaseHomePath(QStringLiteral("SongServer"), songs, true);
-    ASSERT_TRUE(SongOpenDatabase());
-    QSet<QString> wanted = literalKeys() + windowKeys();
-    wanted.remove(QString());
+    static const QSet<QString> keys = [] {
+        test::EnsureQtApp();
+        test::TempAppDir dir;
+        test::ScriptedDialogs dialogs;
+        const QDir data(kSourceDir + QStringLiteral("/data"));
+        for (const QString& name : data.entryList({QStringLiteral("*.ini")}))
+            QFile::copy(data.filePath(name), dir.file(name));
+        // The region windows show the names of the installed regions through the translation.
+        for (const QString& region : shippedRegions())
+            dir.write(QStringLiteral("Region/") + region + QStringLiteral("/string.txt"), "\xFF\xFE");
+        QString songs = dir.file(QStringLiteral("song.db"));
+        CreateSongDatabase(songs, QStringLiteral("Chinese"));
+        DatabaseHomePath(QStringLiteral("SongServer"), songs, true);
+        if (!SongOpenDatabase())
+            ADD_FAILURE() << "the test database did not open";
+        SongExecute(QStringLiteral("insert into region (name) values ('English')"));
+        QSet<QString> wanted = literalKeys() + windowKeys();
+        wanted.remove(QString());
+        SongCloseDatabase();
+        return wanted;
+    }();
+    return keys;
+}
 
-    const QString file = kSourceDir + QStringLiteral("/data/Region/English/string.txt");
+class ShippedTextFile : public ::testing::TestWithParam<QString> {};
+
+TEST_P(ShippedTextFile, HoldsEveryTextOfTheConsole)
+{
+    const QString region = GetParam();
+    const QString file =
+        kSourceDir + QStringLiteral("/data/Region/") + region + QStringLiteral("/string.txt");
     QString text;
     try {
         text = ReadTextStore(file);
     } catch (const std::exception&) {
     }
+    // A line with nothing after "=" shows the English text, so it counts as missing.
     QStringList missing;
-    for (const QString& key : wanted)
+    for (const QString& key : consoleKeys())
         if (!key.contains(u'\r') && !key.contains(u'\n') &&
-            ReadTextValue(text, QStringLiteral("Resource"), key, QStringLiteral("\x01")) ==
-                QStringLiteral("\x01"))
+            ReadTextValue(text, QStringLiteral("Resource"), key, QString()).isEmpty())
             missing << key;
     missing.sort(Qt::CaseInsensitive);
     if (!missing.isEmpty()) {
@@ -97,12 +133,26 @@ TEST(EnglishTextFile, HoldsEveryTextOfTheConsole)
         QString proposed = text.isEmpty() ? QStringLiteral("\r\n[Resource]\r\n") : text;
         for (const QString& key : missing)
             WriteTextValue(proposed, QStringLiteral("Resource"), key, key);
-        WriteTextStore(QStringLiteral(TUNEDESK_BINARY_DIR) + QStringLiteral("/string.txt.proposed"),
-                       proposed);
+        WriteTextStore(
+            QStringLiteral(TUNEDESK_BINARY_DIR "/") + region + QStringLiteral(".string.txt.proposed"),
+            proposed);
     }
-    SongCloseDatabase();
     EXPECT_TRUE(missing.isEmpty()) << missing.size() << " texts lack a line in " << file.toStdString()
                                    << ":\n  " << missing.join(QStringLiteral("\n  ")).toStdString();
+}
+
+INSTANTIATE_TEST_SUITE_P(Regions, ShippedTextFile, ::testing::ValuesIn(shippedRegions()),
+                         [](const ::testing::TestParamInfo<QString>& info) {
+                             QString name = info.param;
+                             name.remove(QRegularExpression(QStringLiteral("[^A-Za-z0-9]")));
+                             return name.toStdString();
+                         });
+
+TEST(ShippedRegions, AreTheOnesTheConsoleOffers)
+{
+    EXPECT_EQ(shippedRegions(),
+              (QList<QString>{QStringLiteral("Chinese(PRC)"), QStringLiteral("Chinese(Taiwan)"),
+                              QStringLiteral("English")}));
 }
 
 }  // namespace
