@@ -321,12 +321,15 @@ void SqliteBackend::selectInto(const QString& selectSql, const QString& table, c
         other.attached = true;
         schema = QStringLiteral("td_into");
     }
-    SqliteStatement exists(db_,
-                           QStringLiteral("SELECT count(*) FROM ") + schema +
-                               QStringLiteral(".sqlite_master WHERE type='table' AND name=? COLLATE NOCASE"));
-    exists.bind(1, table);
-    if (exists.step() && sqlite3_column_int(exists.get(), 0) > 0)
-        throw AppError(QStringLiteral("Table '") + table + QStringLiteral("' already exists."));
+    {
+        // Finished before the statements below start, so none of them runs inside it.
+        SqliteStatement exists(
+            db_, QStringLiteral("SELECT count(*) FROM ") + schema +
+                     QStringLiteral(".sqlite_master WHERE type='table' AND name=? COLLATE NOCASE"));
+        exists.bind(1, table);
+        if (exists.step() && sqlite3_column_int(exists.get(), 0) > 0)
+            throw AppError(QStringLiteral("Table '") + table + QStringLiteral("' already exists."));
+    }
 
     QString create;
     {
