@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
+#include <QSet>
 
 namespace td {
 namespace {
@@ -141,6 +142,19 @@ bool SetFileHidden(const QString& path, bool hidden)
     else
         names.removeAll(name);
     return writeHiddenList(dir, names);
+}
+
+bool SetFilesHidden(const QString& dir, const QStringList& names)
+{
+    QStringList list = readHiddenList(dir);
+    const qsizetype before = list.size();
+    QSet<QString> known(list.cbegin(), list.cend());
+    for (const QString& name : names)
+        if (!name.isEmpty() && !name.startsWith(u'.') && !known.contains(name)) {
+            known.insert(name);
+            list << name;
+        }
+    return list.size() == before || writeHiddenList(dir, list);
 }
 
 bool FileOperation(int op, const QString& source, const QString& target)

@@ -1,5 +1,6 @@
 #pragma once
 #include <QString>
+#include <QStringList>
 
 namespace td {
 
@@ -32,5 +33,7 @@ bool FileOperation(int op, const QString& source, const QString& target);
 // Marks a file hidden the way Linux desktops read it: its name goes into the folder's ".hidden" list.
 bool SetFileHidden(const QString& path, bool hidden = true);
 bool IsFileHidden(const QString& path);
+// Marks many files of one folder hidden with one rewrite of its list; false when the list cannot be written.
+bool SetFilesHidden(const QString& dir, const QStringList& names);
 
 }  // namespace td
