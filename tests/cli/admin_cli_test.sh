@@ -27,6 +27,9 @@ expect_two "sql on a file that is no database" sql "$work/garbage.db" "select * 
 expect_two "sql with two statements" sql "$work/good.db" "select * from song; delete * from song"
 expect_two "sql with bad syntax" sql "$work/good.db" "selec * frm song"
 expect_two "search without path" search "$work/good.db"
+expect_two "library without subcommand" library
+expect_two "library update without root" library update "$work/good.db"
+expect_two "library update of a root that is no library" library update "$work/good.db" "$work/nowhere"
 
 "$admin" sql "$work/good.db" "select [value] from config where [section]='Database' and [key]='Format'" >"$work/out" 2>&1
 grep -qx "SongDatabase" "$work/out" || { echo "FAIL: sql output: $(cat "$work/out")"; fails=$((fails + 1)); }
@@ -35,6 +38,38 @@ grep -qx "SongDatabase" "$work/out" || { echo "FAIL: sql output: $(cat "$work/ou
   { echo "FAIL: sql insert: $(cat "$work/out")"; fails=$((fails + 1)); }
 "$admin" sql "$work/good.db" "select name from region" >"$work/out" 2>&1
 [ "$(cat "$work/out")" = "$(printf 'name\nTaiwan')" ] || { echo "FAIL: sql after insert: $(cat "$work/out")"; fails=$((fails + 1)); }
+
+# library update writes the song files of that library's songs and its ktvlibrary.ini; a song file that
+# cannot be written is one line on stderr, the others are still written, and the exit status is 2.
+lib="$work/lib"
+mkdir -p "$lib/Pop" "$lib/Rock/blocked.mpg.son" "$lib/Rock/other.mpg.son"
+: >"$lib/Pop/a.mpg"; : >"$lib/Rock/blocked.mpg"; : >"$lib/Rock/other.mpg"
+"$admin" sql "$work/good.db" "insert into library (root_path) values ('$lib')" >/dev/null 2>&1
+for m in /Pop/a.mpg /Pop/missing.mpg; do
+  "$admin" sql "$work/good.db" "insert into song (title, region, media_file, library) values ('A=1', 'China', '$m', '$lib')" >/dev/null 2>&1
+done
+"$admin" library update "$work/good.db" "$lib" >"$work/out" 2>"$work/err" ||
+  { echo "FAIL: library update: $(cat "$work/err")"; fails=$((fails + 1)); }
+grep -qx "2 song(s) in selected library were updated successfully!" "$work/out" ||
+  { echo "FAIL: library update output: $(cat "$work/out")"; fails=$((fails + 1)); }
+[ "$(head -c 8 "$lib/Pop/a.mpg.son" | od -An -tx1 | tr -d ' \n')" = "fffe0d000a005b00" ] ||
+  { echo "FAIL: song file does not start with BOM, empty line, ["; fails=$((fails + 1)); }
+iconv -f UTF-16LE -t UTF-8 "$lib/Pop/a.mpg.son" 2>/dev/null | tr -d '\r' | grep -qx "title=A=1" ||
+  { echo "FAIL: song file lacks title=A=1"; fails=$((fails + 1)); }
+grep -qx "a.mpg.son" "$lib/Pop/.hidden" || { echo "FAIL: song file not hidden"; fails=$((fails + 1)); }
+[ ! -e "$lib/Pop/missing.mpg.son" ] || { echo "FAIL: song file for a missing media file"; fails=$((fails + 1)); }
+grep -qx "nSong=2" "$lib/ktvlibrary.ini" && grep -qx "lupd=$(date +%F)" "$lib/ktvlibrary.ini" ||
+  { echo "FAIL: ktvlibrary.ini: $(cat "$lib/ktvlibrary.ini")"; fails=$((fails + 1)); }
+
+for m in /Rock/blocked.mpg /Rock/other.mpg; do
+  "$admin" sql "$work/good.db" "insert into song (title, media_file, library) values ('B', '$m', '$lib')" >/dev/null 2>&1
+done
+"$admin" library update "$work/good.db" "$lib" >"$work/out" 2>"$work/err"
+rc=$?
+[ "$rc" -eq 2 ] && [ "$(wc -l <"$work/err")" -eq 2 ] && [ "$(grep -c '^SetSongInfoToLibrary failed. Err = ' "$work/err")" -eq 2 ] ||
+  { echo "FAIL: library update with two unwritable song files: exit $rc, stderr: $(cat "$work/err")"; fails=$((fails + 1)); }
+grep -qx "2 song(s) in selected library were updated successfully!" "$work/out" ||
+  { echo "FAIL: library update after failures: $(cat "$work/out")"; fails=$((fails + 1)); }
 
 [ "$fails" -eq 0 ] && echo "admin command line: all cases pass"
 exit "$fails"

@@ -20,7 +20,8 @@ check() {
   fi
 }
 
-core=(shell/services/*.h shell/services/*.cpp songdb/*.h songdb/*.cpp libraries/FileFinder.* libraries/FinderDirectory.*)
+core=(shell/services/*.h shell/services/*.cpp songdb/*.h songdb/*.cpp libraries/FileFinder.* libraries/FinderDirectory.*
+  libraries/LibrarySongFiles.*)
 check "a widget header below the controls" "<QtWidgets/|$widget_headers" "${core[@]}"
 check "a layer above the song database" '"(controls|songbook|singers|config|regions|checks|exchange|shell/[A-Za-z]+\.h)' "${core[@]}"
 check "the services reach up to the song database" '"songdb/' shell/services/*.h shell/services/*.cpp

@@ -1,7 +1,9 @@
-// tunedesk-admin: creates song databases and demo installations, and runs statements and searches
-// through the same layer as the console.
+// tunedesk-admin: creates song databases and demo installations, runs statements and searches through
+// the same layer as the console, and runs the console's long jobs without a window.
+#include "libraries/LibrarySongFiles.h"
 #include "shell/services/AppError.h"
 #include "shell/services/AppPaths.h"
+#include "shell/services/ConsoleJobHost.h"
 #include "shell/services/Ini.h"
 #include "songdb/Connection.h"
 #include "songdb/DemoSongbook.h"
@@ -26,7 +28,8 @@ const char* const kUsage =
     "usage: tunedesk-admin create FILE [--language NAME] [--template]\n"
     "       tunedesk-admin demo DIR [--songs N]\n"
     "       tunedesk-admin sql FILE STATEMENT\n"
-    "       tunedesk-admin search FILE PATH [VALUE]\n";
+    "       tunedesk-admin search FILE PATH [VALUE]\n"
+    "       tunedesk-admin library update FILE ROOT\n";
 
 struct Failure {
     QString text;
@@ -142,6 +145,45 @@ int search(QStringList args)
     return 0;
 }
 
+// Venue support runs a job to its end: the job's OK/Cancel questions (go on with so many songs, go on
+// after a failed one) are answered OK, each failure having printed its line.
+class RunToTheEnd : public ConsoleJobHost {
+public:
+    MsgAnswer Ask(const QString& text, MsgButtons buttons, const QString& title = {}) override
+    {
+        const MsgAnswer answer = ConsoleJobHost::Ask(text, buttons, title);
+        return buttons == MsgButtons::OkCancel ? MsgAnswer::Ok : answer;
+    }
+};
+
+// Writes the song information files and ktvlibrary.ini of the library whose root_path is ROOT, as the
+// library manager's "update library" does.
+int libraryUpdate(const QStringList& args)
+{
+    expectArgs(args, 2, 2);
+    auto db = openExisting(args[0]);
+    const QString root = args[1];
+    QString quoted = root;
+    quoted.replace(u'\'', QStringLiteral("''"));
+    if (db->openRecordset(QStringLiteral("select root_path from library where root_path='") + quoted + u'\'')
+            ->RecordCount() == 0)
+        throw Failure{QStringLiteral("no library with root_path ") + root};
+    RunToTheEnd host;
+    UpdateLibrary(*db, root, host);
+    return host.failures() == 0 ? 0 : kUsageError;
+}
+
+int library(QStringList args)
+{
+    const QString sub = args.value(0);
+    if (!args.isEmpty())
+        args.removeFirst();
+    if (sub == u"update")
+        return libraryUpdate(args);
+    throw Failure{sub.isEmpty() ? QStringLiteral("library needs update")
+                                : QStringLiteral("unknown library command ") + sub};
+}
+
 }  // namespace
 
 int main(int argc, char** argv)
@@ -160,6 +202,8 @@ int main(int argc, char** argv)
             return sql(args);
         if (command == u"search")
             return search(args);
+        if (command == u"library")
+            return library(args);
         throw Failure{command.isEmpty() ? QStringLiteral("no command")
                                         : QStringLiteral("unknown command ") + command};
     } catch (const Failure& f) {
