@@ -31,6 +31,10 @@ public:
     virtual void windowClosed() = 0;
     // The owner of the dialogs the window shows; nullptr leaves them without one.
     virtual QWidget* dialogOwner() const = 0;
+    // Whether a menu of the frame ("mnuSong") is on the menu bar now, that is, its window is open.
+    virtual bool menuVisible(const QString& /*menuName*/) const { return false; }
+    // Hands a command keyword to another working window ("frmSong", "refresh"), loading it if needed.
+    virtual void windowCommand(const QString& /*window*/, const QString& /*keyword*/) {}
 };
 
 // The frame of a modal dialog: no panes, no menus, only the window it stands over.

@@ -1,4 +1,5 @@
 #include "shell/ChildFrame.h"
+#include "shell/CommandTarget.h"
 #include "shell/mdiMain.h"
 #include <QAction>
 #include <QCursor>
@@ -54,6 +55,18 @@ void ChildFrame::windowClosed()
 QWidget* ChildFrame::dialogOwner() const
 {
     return &frame_;
+}
+
+bool ChildFrame::menuVisible(const QString& menuName) const
+{
+    QMenu* m = frame_.menu(menuName);
+    return m && m->menuAction()->isVisible();
+}
+
+void ChildFrame::windowCommand(const QString& window, const QString& keyword)
+{
+    if (CommandTarget* t = frame_.target(window))
+        t->ExecuteCommand(keyword);
 }
 
 }  // namespace td

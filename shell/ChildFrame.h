@@ -31,6 +31,8 @@ public:
     void showWindow(const QString& name) override;
     void windowClosed() override;
     QWidget* dialogOwner() const override;
+    bool menuVisible(const QString& menuName) const override;
+    void windowCommand(const QString& window, const QString& keyword) override;
 
 private:
     mdiMain& frame_;

@@ -1,3 +1,6 @@
+#include "regions/frmAvailableRegion.h"
+#include "regions/frmDefaultRegion.h"
+#include "regions/frmGlobeRegion.h"
 #include "shell/Main.h"
 #include "shell/mdiMain.h"
 #include "songbook/frmSong.h"
@@ -9,6 +12,12 @@ void RegisterWindows()
     // The working windows register here as they are built; menus that reach a window not yet
     // registered say so.
     mdiMain::registerWindow(QStringLiteral("frmSong"), [](WindowFrame& frame) { return new frmSong(frame); });
+    mdiMain::registerWindow(QStringLiteral("frmAvailableRegion"),
+                            [](WindowFrame& frame) { return new frmAvailableRegion(frame); });
+    mdiMain::registerWindow(QStringLiteral("frmGlobeRegion"),
+                            [](WindowFrame& frame) { return new frmGlobeRegion(frame); });
+    mdiMain::registerWindow(QStringLiteral("frmDefaultRegion"),
+                            [](WindowFrame& frame) { return new frmDefaultRegion(frame); });
 }
 
 }  // namespace td

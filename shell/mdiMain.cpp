@@ -16,6 +16,7 @@
 #include <QCloseEvent>
 #include <QDateTime>
 #include <QLabel>
+#include <QLayout>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
@@ -69,6 +70,8 @@ mdiMain::mdiMain(QWidget* parent) : QMainWindow(parent)
     area_ = new QMdiArea(this);
     area_->setObjectName(QStringLiteral("mdiArea"));
     area_->setViewMode(QMdiArea::SubWindowView);
+    // A settings window opened over the maximized songbook keeps its own size.
+    area_->setOption(QMdiArea::DontMaximizeSubWindowOnActivation);
     setCentralWidget(area_);
     // The child in front writes the status panes; a frame that loses the focus keeps what it shows.
     connect(area_, &QMdiArea::subWindowActivated, this, [this](QMdiSubWindow* sub) {
@@ -278,9 +281,21 @@ QWidget* mdiMain::ShowWindow(const QString& name)
     // A window that hides for good has closed, whether or not it says so itself.
     w->installEventFilter(this);
     connect(w, &QObject::destroyed, this, &mdiMain::childDestroyed);
-    if (sub->size().width() < 400)
-        sub->resize(area_->size() * 0.9);
-    sub->showMaximized();
+    if (w->layout())
+        w->layout()->activate();
+    if (w->minimumSize() == w->maximumSize()) {
+        // A settings window keeps the size its texts need, in the middle of the area.
+        sub->setWindowFlags(Qt::SubWindow | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                            Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint);
+        sub->adjustSize();
+        sub->move(std::max(0, (area_->width() - sub->width()) / 2),
+                  std::max(0, (area_->height() - sub->height()) / 3));
+        sub->show();
+    } else {
+        if (sub->size().width() < 400)
+            sub->resize(area_->size() * 0.9);
+        sub->showMaximized();
+    }
     setActiveChild(w);
     updateOwnMenus();
     w->setFocus();

@@ -26,7 +26,8 @@ const char* const kKnownTitles[] = {"中国心", "今生情",   "月亮代表我
                                     "朋友",   "童年",     "大海",           "同桌的你", "光辉岁月"};
 const char* const kLanguages[] = {"Mandarin", "Cantonese", "English", "Japanese", "Korean", ""};
 const char* const kStyles[] = {"Pop", "Rock", "Folk", "Ballad", "Dance", "Jazz"};
-const char* const kRegions[] = {"China", "Taiwan", "HongKong"};
+// Named as the region folders the console ships; Hong Kong has none and the demo does not offer it.
+const char* const kRegions[] = {"Chinese(PRC)", "Chinese(Taiwan)", "Chinese(HongKong)"};
 const char* const kSingerTypes[] = {"male", "female", "band", "mix"};
 
 class Generator {
@@ -149,8 +150,9 @@ QString CreateDemoSongbook(const QString& dir, const DemoOptions& options)
     db->execute(QStringLiteral("begin"));
     insertSongs(sqlite->handle(), g, options.songs, library, mediaFiles);
     insertSingers(sqlite->handle(), g, options.media ? library : QString());
-    execAll(*db, {QStringLiteral("insert into region (name) values ('China')"),
-                  QStringLiteral("insert into region (name) values ('Taiwan')"),
+    execAll(*db, {QStringLiteral("insert into region (name) values ('Chinese(PRC)')"),
+                  QStringLiteral("insert into region (name) values ('Chinese(Taiwan)')"),
+                  QStringLiteral("insert into region (name) values ('English')"),
                   QStringLiteral("insert into library (root_path, shared_as, name, remark) values ('") +
                       library + QStringLiteral("', '\\library', 'Demo library', 'generated')"),
                   QStringLiteral("commit")});
