@@ -1,3 +1,4 @@
+#include "config/frmOptions.h"
 #include "regions/frmAvailableRegion.h"
 #include "regions/frmDefaultRegion.h"
 #include "regions/frmGlobeRegion.h"
@@ -18,6 +19,8 @@ void RegisterWindows()
                             [](WindowFrame& frame) { return new frmGlobeRegion(frame); });
     mdiMain::registerWindow(QStringLiteral("frmDefaultRegion"),
                             [](WindowFrame& frame) { return new frmDefaultRegion(frame); });
+    mdiMain::registerWindow(QStringLiteral("frmOptions"),
+                            [](WindowFrame& frame) { return new frmOptions(frame); });
 }
 
 }  // namespace td
