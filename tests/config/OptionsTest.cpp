@@ -129,14 +129,4 @@ TEST_F(Options, OkAppliesAgainAfterApplyAndClosesEvenWhenATestFails)
     EXPECT_EQ(stored("MaxIndex"), QStringLiteral("999999"));
 }
 
-TEST_F(Options, CancelClosesWithoutWriting)
-{
-    frmOptions w;
-    w.show();
-    type(w.txtMinIndex(), QStringLiteral("1"));
-    w.cmdCancel()->click();
-    EXPECT_FALSE(w.isVisible());
-    EXPECT_EQ(stored("MinIndex"), QStringLiteral("<none>"));
-}
-
 }  // namespace

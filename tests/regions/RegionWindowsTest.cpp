@@ -151,17 +151,22 @@ TEST_F(RegionWindows, AvailableApplyWithoutSongbookAsksNothingAndCancelWritesNot
     EXPECT_EQ(regionRows(), (QStringList{QString(), QStringLiteral("English")}));
 }
 
-TEST_F(RegionWindows, AvailableApplyFailureIsShownOnce)
+TEST_F(RegionWindows, ApplyFailuresAreShownOnceAndKeepApplyEnabled)
 {
-    frmAvailableRegion w(frame);
+    frmAvailableRegion available(frame);
+    frmGlobeRegion globe(frame);
     sql(QStringLiteral("drop table region"));
-    w.cmdApply()->setEnabled(true);
-    w.cmdApply()->click();
-    ASSERT_EQ(dialogs.calls().size(), 1u);
+    sql(QStringLiteral("drop table config"));
+    for (SettingsWindow* w : std::initializer_list<SettingsWindow*>{&available, &globe}) {
+        w->cmdApply()->setEnabled(true);
+        w->cmdApply()->click();
+        EXPECT_TRUE(w->cmdApply()->isEnabled());
+    }
+    ASSERT_EQ(dialogs.calls().size(), 2u);
     EXPECT_TRUE(dialogs.messages()[0].startsWith(QStringLiteral("Changed system regions failed!  Err=")))
         << dialogs.messages()[0].toStdString();
+    EXPECT_TRUE(dialogs.messages()[1].startsWith(QStringLiteral("Changed globe regions failed!  Err=")));
     EXPECT_EQ(dialogs.calls()[0].icon, MsgIcon::Critical);
-    EXPECT_TRUE(w.cmdApply()->isEnabled());
 }
 
 TEST_F(RegionWindows, LocalizeOpensTheRegionsTextFileAfterAsking)
@@ -237,15 +242,6 @@ TEST_F(RegionWindows, RegionLeavingTheTableStaysAGlobeRegion)
     EXPECT_TRUE(IsGlobeRegion(QStringLiteral("Korea")));
     frmGlobeRegion globe(frame);
     EXPECT_EQ(texts(globe.lstGlobe()), QStringList{});
-}
-
-TEST_F(RegionWindows, GlobeApplyFailureIsShown)
-{
-    frmGlobeRegion w(frame);
-    sql(QStringLiteral("drop table config"));
-    w.cmdOk()->click();
-    ASSERT_EQ(dialogs.messages().size(), 1);
-    EXPECT_TRUE(dialogs.messages()[0].startsWith(QStringLiteral("Changed globe regions failed!  Err=")));
 }
 
 TEST_F(RegionWindows, DefaultWindowOffersRegionsInstalledAndOffered)
