@@ -91,8 +91,9 @@ MpvSession::MpvSession(const Outputs& outputs, QObject* parent) : QObject(parent
     setOption(handle, "vid", vo == QLatin1String("libmpv") ? QStringLiteral("no") : QStringLiteral("auto"));
     // A machine without a working sound device still plays the picture, silently.
     setOption(handle, "audio-fallback-to-null", QStringLiteral("yes"));
-    if (!outputs.ao.isEmpty())
-        setOption(handle, "ao", outputs.ao);
+    // The sound server first, then the card. PipeWire's own client is left out: without its configuration it
+    // writes to the terminal, and a PipeWire desktop serves the PulseAudio client as well.
+    setOption(handle, "ao", outputs.ao.isEmpty() ? QStringLiteral("pulse,alsa") : outputs.ao);
     if (outputs.ao == QLatin1String("pcm")) {
         setOption(handle, "ao-pcm-file", outputs.aoFile);
         setOption(handle, "ao-pcm-waveheader", QStringLiteral("yes"));

@@ -141,7 +141,15 @@ bool ctlTheatre::seekTo(const QVariant& seconds)
 {
     bool number = false;
     const double target = seconds.toDouble(&number);
-    return number && target >= 0.0 && session_->seek(std::floor(target));
+    if (!number || target < 0.0)
+        return false;
+    // At or past the end the core holds the last frame and never reports the end: the song is over.
+    const double length = session_->duration();
+    if (state_ != State::Stopped && length > 0.0 && target >= length - 0.25) {
+        QMetaObject::invokeMethod(this, &ctlTheatre::endReached, Qt::QueuedConnection);
+        return true;
+    }
+    return session_->seek(std::floor(target));
 }
 
 bool ctlTheatre::refreshVideo(const QVariant&)

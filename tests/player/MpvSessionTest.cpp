@@ -1,6 +1,6 @@
 // The core's own deadline for opening: a file whose opening never finishes (a pipe nobody writes to)
 // is given up on in time, and the core takes the next file afterwards.
-#include "TheatreMedia.h"
+#include "support/TheatreMedia.h"
 #include "controls/MpvSession.h"
 #include "support/QtApp.h"
 #include "support/TempAppDir.h"

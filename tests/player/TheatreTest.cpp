@@ -1,6 +1,6 @@
 // The preview player over media made at test time: what opens and what is refused (and how fast),
 // the state through play, pause, seek, end and close, and which recorded channel reaches the speakers.
-#include "TheatreMedia.h"
+#include "support/TheatreMedia.h"
 #include "controls/ctlTheatre.h"
 #include "support/QtApp.h"
 #include "support/QtPrint.h"

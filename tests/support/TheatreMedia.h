@@ -1,11 +1,11 @@
 #pragma once
 #include <QString>
-#include <QTemporaryDir>
+#include <QDir>
 #include <vector>
 
 namespace td::test {
 
-// Small media made with ffmpeg once per test program: a clip whose left channel is a 440 Hz tone and
+// Small media made with ffmpeg once per build, shared by the test programs: a clip whose left channel is a 440 Hz tone and
 // right channel 880 Hz, with a picture; the same tones as an MP3 carrying cover art; a mono MP3; and
 // files no player should take.
 class TheatreMedia {
@@ -15,7 +15,7 @@ public:
 
     bool ready() const { return error_.isEmpty(); }
     QString error() const { return error_; }
-    QString file(const QString& name) const { return dir_.filePath(name); }
+    QString file(const QString& name) const { return QDir(dir_).filePath(name); }
     // A copy of the clip under a name with quotes, spaces and Chinese characters.
     QString oddlyNamedClip() const;
 
@@ -24,7 +24,7 @@ private:
     bool run(const QStringList& arguments);
     void writeBadFiles();
 
-    QTemporaryDir dir_;
+    QString dir_;
     QString ffmpeg_;
     QString error_;
 };

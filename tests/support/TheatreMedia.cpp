@@ -1,5 +1,6 @@
 #include "TheatreMedia.h"
 #include <QFile>
+#include <QLockFile>
 #include <QProcess>
 #include <QRandomGenerator>
 #include <QStandardPaths>
@@ -39,8 +40,15 @@ const TheatreMedia& TheatreMedia::Get()
     return media;
 }
 
-TheatreMedia::TheatreMedia()
+// Each test runs in a process of its own: the media are made by the first and kept beside the build.
+TheatreMedia::TheatreMedia() : dir_(QStringLiteral(TUNEDESK_BINARY_DIR "/test-media"))
 {
+    QDir().mkpath(dir_);
+    QLockFile lock(file(QStringLiteral(".lock")));
+    lock.setStaleLockTime(120000);
+    lock.lock();
+    if (QFile::exists(file(QStringLiteral("made"))))
+        return;
     ffmpeg_ = QStandardPaths::findExecutable(QStringLiteral("ffmpeg"));
     if (ffmpeg_.isEmpty()) {
         error_ = QStringLiteral("ffmpeg is not on PATH; the player tests need it to make their media");
@@ -61,6 +69,8 @@ TheatreMedia::TheatreMedia()
     QFile::copy(file(QStringLiteral("clip.mpg")), file(QStringLiteral("clip.dat")));
     QFile::copy(file(QStringLiteral("clip.mpg")), oddlyNamedClip());
     writeBadFiles();
+    QFile stamp(file(QStringLiteral("made")));
+    stamp.open(QIODevice::WriteOnly);
 }
 
 QString TheatreMedia::oddlyNamedClip() const
