@@ -1,5 +1,6 @@
 #include "shell/Main.h"
 #include "config/frmDatabase.h"
+#include "config/MixerAlsa.h"
 #include "controls/QtDialogs.h"
 #include "shell/TerminationSignals.h"
 #include "shell/WindowsLog.h"
@@ -152,6 +153,8 @@ void FreeMainWindow()
 int Main(int argc, char** argv)
 {
     QApplication app(argc, argv);
+    // The sound library's complaints about a missing card would reach the terminal; the console runs quiet.
+    SilenceAlsaMessages();
     MessageBoxesForTheRun messageBoxes;
     // The frame goes after the database has closed and before the application does.
     struct MainWindowOfTheRun {

@@ -7,6 +7,7 @@
 #include "shell/services/Ini.h"
 #include "shell/services/Translate.h"
 #include <QGroupBox>
+#include <QMouseEvent>
 #include <QLabel>
 #include <QPainter>
 #include <QPushButton>
@@ -32,6 +33,28 @@ void PictureArea::paintEvent(QPaintEvent*)
         p.drawPixmap(rect(), picture_);
 }
 
+void PictureArea::mouseDoubleClickEvent(QMouseEvent*)
+{
+    emit DblClick();
+}
+
+void PictureArea::resizeEvent(QResizeEvent*)
+{
+    emit Resized();
+}
+
+void ChannelLabel::mouseReleaseEvent(QMouseEvent* event)
+{
+    if (event->button() == Qt::LeftButton && rect().contains(event->position().toPoint()))
+        emit clicked();
+}
+
+ctlTheatre::Output& PreviewPanel::PlayerOutput()
+{
+    static ctlTheatre::Output output;
+    return output;
+}
+
 PreviewPanel::PreviewPanel(QWidget* parent) : QWidget(parent)
 {
     setObjectName(QStringLiteral("picMoni"));
@@ -39,9 +62,13 @@ PreviewPanel::PreviewPanel(QWidget* parent) : QWidget(parent)
     fraMoni_->setObjectName(QStringLiteral("fraMoni"));
     picMoni1_ = new PictureArea(fraMoni_);
     picMoni1_->setObjectName(QStringLiteral("picMoni1"));
+    ctlTheatre_ = new ctlTheatre(PlayerOutput(), picMoni1_);
+    ctlTheatre_->setObjectName(QStringLiteral("ctlTheatre"));
+    ctlTheatre_->hide();
     picMoni2_ = new QWidget(fraMoni_);
     picMoni2_->setObjectName(QStringLiteral("picMoni2"));
     buildTransport();
+    connectTransport();
 }
 
 void PreviewPanel::buildTransport()
@@ -59,6 +86,7 @@ void PreviewPanel::buildTransport()
     hsbPosi_ = new QScrollBar(Qt::Horizontal, picMoni2_);
     hsbPosi_->setObjectName(QStringLiteral("hsbPosi"));
     hsbPosi_->setRange(0, 100);
+    hsbPosi_->setPageStep(1);  // a second per click; a song of a few seconds still shows where it is
     sldVolume_ = new QSlider(Qt::Horizontal, picMoni2_);
     sldVolume_->setObjectName(QStringLiteral("sldVolume"));
     sldVolume_->setRange(0, 10);
@@ -70,14 +98,14 @@ void PreviewPanel::buildTransport()
         cmdChan_[std::size_t(i)]->setObjectName(QStringLiteral("cmdChan(%1)").arg(i));
         cmdChan_[std::size_t(i)]->setToolTip(QString::fromLatin1(tips[i]));
         cmdChan_[std::size_t(i)]->hide();  // both channels are on
-        lblChan_[std::size_t(i)] = new QLabel(QString::fromLatin1(names[i]), picMoni2_);
+        lblChan_[std::size_t(i)] = new ChannelLabel(QString::fromLatin1(names[i]), picMoni2_);
         lblChan_[std::size_t(i)]->setObjectName(QStringLiteral("lblChan(%1)").arg(i));
         lblChan_[std::size_t(i)]->setAlignment(Qt::AlignCenter);
         lblChan_[std::size_t(i)]->setFrameShape(QFrame::StyledPanel);
         lblChan_[std::size_t(i)]->setToolTip(QStringLiteral("Channel - L+R"));
     }
-    // Until the player comes, nothing here can act; the controls show where it will stand.
-    picMoni2_->setEnabled(false);
+    // The bar reports a drag once, when the thumb is let go; while it moves, the drag seeks by itself.
+    hsbPosi_->setTracking(false);
 }
 
 bool PreviewPanel::LoadLogo()
@@ -104,15 +132,7 @@ void PreviewPanel::LoadVolume()
     const double step = std::nearbyint(stored / 10);
     const bool fits = ok && step >= sldVolume_->minimum() && step <= sldVolume_->maximum();
     sldVolume_->setValue(fits ? int(step) : 5);
-}
-
-void PreviewPanel::Stop()
-{
-    cmdPause_->hide();
-    cmdPlay_->show();
-    hsbPosi_->setRange(0, 100);
-    hsbPosi_->setValue(0);
-    fraMoni_->setTitle(QString());
+    connect(sldVolume_, &QSlider::valueChanged, this, &PreviewPanel::sldVolume_Change, Qt::UniqueConnection);
 }
 
 void PreviewPanel::resizeEvent(QResizeEvent*)
@@ -121,10 +141,12 @@ void PreviewPanel::resizeEvent(QResizeEvent*)
     const QRect inner = fraMoni_->contentsRect();
     const int margin = TwipsToPixels(60, this);
     const int transport = TwipsToPixels(900, this);
-    picMoni1_->setGeometry(inner.left() + margin, inner.top(), std::max(0, inner.width() - 2 * margin),
-                           std::max(0, height() - inner.top() - transport));
-    const int top = picMoni1_->geometry().bottom() + 1 + TwipsToPixels(30, this);
-    picMoni2_->setGeometry(picMoni1_->x(), top, picMoni1_->width(), std::max(0, height() - top - margin));
+    // Room for the caption whether or not something plays now, so it is never drawn under the picture.
+    const int top = std::max(inner.top(), fraMoni_->fontMetrics().height() + 2);
+    picMoni1_->setGeometry(inner.left() + margin, top, std::max(0, inner.width() - 2 * margin),
+                           std::max(0, height() - top - transport));
+    const int rowTop = picMoni1_->geometry().bottom() + 1 + TwipsToPixels(30, this);
+    picMoni2_->setGeometry(picMoni1_->x(), rowTop, picMoni1_->width(), std::max(0, height() - rowTop - margin));
     layoutTransport();
 }
 

@@ -1,5 +1,5 @@
-// Songs to the room player: command.spe beside the program, handed to the shell's "play". The
-// preview in the window's own panel is not part of this version.
+// Songs to the room player, command.spe beside the program handed to the shell's "play", or the first
+// of them to the preview in the window's own panel.
 #include "controls/ctlDataView.h"
 #include "shell/services/AppError.h"
 #include "shell/services/AppPaths.h"
@@ -7,7 +7,6 @@
 #include "shell/services/FilePaths.h"
 #include "shell/services/Ini.h"
 #include "shell/services/Shell.h"
-#include "shell/services/Translate.h"
 #include "songbook/PreviewPanel.h"
 #include "songbook/frmSong.h"
 #include "songdb/CatalogueLookups.h"
@@ -73,7 +72,7 @@ void frmSong::PlaySong(const QString& source, const QString& mode)
             MsgError(QStringLiteral("Can't find selected song."));
             return;
         }
-        MsgInfo(TranslateText(QStringLiteral("The preview player is not available in this version yet.")));
+        picMoni_->Preview(paths.first());
     } catch (const std::exception& e) {
         MsgError(QStringLiteral("Play song failed. ") + ErrSuffix(e));
     }
@@ -81,7 +80,7 @@ void frmSong::PlaySong(const QString& source, const QString& mode)
 
 void frmSong::StopSong()
 {
-    picMoni_->Stop();
+    picMoni_->StopSong();
 }
 
 // Only the first line carries the chosen mode; every later song is appended. A file that occurs

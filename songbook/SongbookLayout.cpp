@@ -120,15 +120,19 @@ void frmSong::ArrangeRight()
     const int previewHeight =
         (w - 2 * picRight2_->x() - TwipsToPixels(120, this)) * 3 / 4 + TwipsToPixels(900, this);
     const int bar = lblMove2_->height();
-    // Until the operator drags it, the splitter follows the preview's height.
-    if (!move2Placed_ || move2Top_ >= height())
-        move2Top_ = std::max(TwipsToPixels(120, this), h - bar - previewHeight);
-    lblMove2_->setGeometry(0, move2Top_, w, bar);
+    // The splitter is placed over the preview's height when it lies at or beyond the window's height;
+    // otherwise it stays where it is.
+    int top = move2Top_;
+    if (top >= height())
+        top = std::max(TwipsToPixels(120, this), h - bar - previewHeight);
+    if (move2Settled_)
+        move2Top_ = top;
+    lblMove2_->setGeometry(0, top, w, bar);
     lblMove2_->setVisible(property && preview);
     picRight2_->setVisible(property);
-    picRight2_->setGeometry(0, 0, w, preview ? move2Top_ : h);
+    picRight2_->setGeometry(0, 0, w, preview ? top : h);
     picMoni_->setVisible(preview);
-    const int moniTop = property ? move2Top_ + bar : 0;
+    const int moniTop = property ? top + bar : 0;
     picMoni_->setGeometry(0, moniTop, w, std::max(0, h - moniTop));
 }
 
@@ -144,7 +148,7 @@ void frmSong::moveRightSplitter(int top)
     const int h = picRight_->height();
     move2Top_ = std::clamp(top, TwipsToPixels(120, this),
                            std::max(TwipsToPixels(120, this), h - TwipsToPixels(240, this)));
-    move2Placed_ = true;
+    move2Settled_ = true;
     ArrangeRight();
 }
 

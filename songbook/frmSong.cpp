@@ -108,6 +108,11 @@ void frmSong::connectEvents()
     connect(cmdMedia_, &QPushButton::clicked, this, &frmSong::SearchMedia);
     connect(lblMove_, &SplitterBar::dragged, this, &frmSong::moveMainSplitter);
     connect(lblMove2_, &SplitterBar::dragged, this, &frmSong::moveRightSplitter);
+    // Play with nothing playing always previews from the song list, whatever the last preview was.
+    connect(picMoni_, &PreviewPanel::PlayWanted, this,
+            [this] { PlaySong(QStringLiteral("songbook"), QStringLiteral("preview")); });
+    connect(picMoni_, &PreviewPanel::HandOffWanted, this,
+            [this](const QString& file) { AddToPlayer({file}, QStringLiteral("p")); });
     connect(tmrLoadData_, &QTimer::timeout, this, [this] { LoadData(); });
 }
 
@@ -190,6 +195,18 @@ void frmSong::WindowClosing()
 {
     StopSong();
     ctlMedia_->SaveViewFormat();
+}
+
+// Once the events of its first showing have run, the window stands at the size the frame gives it, and
+// the splitter over the preview is placed for good.
+void frmSong::showEvent(QShowEvent*)
+{
+    if (move2Settled_)
+        return;
+    QTimer::singleShot(0, this, [this] {
+        move2Settled_ = true;
+        ArrangeRight();
+    });
 }
 
 // Keys reach the window and do nothing here.

@@ -1,4 +1,5 @@
 #pragma once
+#include <limits>
 #include "controls/BusyWindow.h"
 #include "controls/DataWindow.h"
 #include "shell/CommandTarget.h"
@@ -95,6 +96,7 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
     void WindowClosing() override;
     void keyPressEvent(QKeyEvent* event) override;
+    void showEvent(QShowEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
@@ -178,8 +180,10 @@ private:
     TextArray searchTypeCodes_;
     TextArray searchValueCodes_;
     int moveLeft_ = 0;          // the left of lblMove, in pixels
-    int move2Top_ = 0;          // the top of lblMove2 within picRight
-    bool move2Placed_ = false;  // the operator has dragged lblMove2
+    // The top of lblMove2 within picRight; it starts below any window, so the first layout places it.
+    int move2Top_ = std::numeric_limits<int>::max();
+    // Layouts made while the window opens are provisional: the frame sizes it more than once.
+    bool move2Settled_ = false;
     BackgroundRead* valuesRead_ = nullptr;
     QString valuesCode_;  // the search type whose values are being read
     std::optional<Hourglass> valuesCursor_;

@@ -95,16 +95,4 @@ TEST_F(SongbookHandOff, APlayerThatCannotBeStartedIsReported)
                                                  frmSong::CommandFile()));
 }
 
-TEST_F(SongbookHandOff, PreviewSaysPlainlyThatItIsNotThereYet)
-{
-    select({3});
-    song->PlaySong(QStringLiteral("songbook"), QStringLiteral("preview"));
-    select({1});
-    song->PlaySong(QStringLiteral("SongBook"), QStringLiteral("preview"));
-    EXPECT_EQ(dialogs.messages(),
-              (QStringList{QStringLiteral("Can't find selected song."),
-                           QStringLiteral("The preview player is not available in this version yet.")}));
-    EXPECT_TRUE(shell.played.isEmpty());
-}
-
 }  // namespace

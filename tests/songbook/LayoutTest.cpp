@@ -7,6 +7,7 @@
 #include "songbook/SplitterBar.h"
 #include "songbook/frmSong.h"
 #include <QAction>
+#include <QCoreApplication>
 #include <QSlider>
 
 using namespace td;
@@ -78,6 +79,31 @@ TEST_F(SongbookLayout, SplittersStopShortOfTheEdges)
     // A resize of the window puts the splitter back at two thirds.
     song->resize(900, 700);
     EXPECT_EQ(song->lblMove()->x(), 600);
+}
+
+// Once the window has opened, the splitter over the preview stays where it is on a resize, unless the
+// window has become too low to show it.
+TEST_F(SongbookLayout, ThePreviewSplitterMovesOnlyWhenItLiesBeyondTheWindow)
+{
+    // Where the splitter goes when it is placed: above a 4:3 picture and the transport row.
+    auto placement = [this] {
+        const int w = song->picRight()->width();
+        const int preview = (w - TwipsToPixels(120, song)) * 3 / 4 + TwipsToPixels(900, song);
+        return std::max(TwipsToPixels(120, song), song->picRight()->height() - song->lblMove2()->height() - preview);
+    };
+    frame->resize(1200, 900);
+    frame->show();
+    QCoreApplication::processEvents();
+    const int placed = song->lblMove2()->y();
+    EXPECT_NEAR(placed, placement(), 8);  // placed while the window opened, as its panels were then
+    song->resize(1200, 1000);
+    EXPECT_EQ(song->lblMove2()->y(), placed);
+    song->resize(1200, placed - 10);
+    const int replaced = song->lblMove2()->y();
+    EXPECT_EQ(replaced, placement());
+    EXPECT_LT(replaced, placed);
+    song->resize(1200, 800);
+    EXPECT_EQ(song->lblMove2()->y(), replaced);
 }
 
 TEST_F(SongbookLayout, StoredVolumeBecomesSliderStepsOrTheMiddle)

@@ -1,5 +1,6 @@
 #pragma once
 #include "shell/services/Shell.h"
+#include "support/FakeMixer.h"
 #include "support/QtPrint.h"  // texts in failures
 #include "support/ScriptedDialogs.h"
 #include "support/TempAppDir.h"
@@ -62,6 +63,7 @@ protected:
     TempAppDir dir;
     ScriptedDialogs dialogs;
     RecordingShell shell;
+    FakeMixer mixer;  // the preview's volume never reaches the machine's card
     std::unique_ptr<mdiMain> frame;
     frmSong* song = nullptr;
 };
