@@ -21,11 +21,7 @@ protected:
     Options()
     {
         test::EnsureQtApp();
-        const QString db = dir.file(QStringLiteral("song.db"));
-        CreateSongDatabase(db, QStringLiteral("English"));
-        QString local = db;
-        DatabaseHomePath(QStringLiteral("SongServer"), local, true);
-        if (!SongOpenDatabase())
+        if (!dir.openSongDatabase())
             ADD_FAILURE() << "the test database did not open";
         dialogs.clear();
     }

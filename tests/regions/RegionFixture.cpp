@@ -11,11 +11,7 @@ namespace td::test {
 RegionFixture::RegionFixture()
 {
     EnsureQtApp();
-    const QString db = dir.file(QStringLiteral("song.db"));
-    CreateSongDatabase(db, QStringLiteral("English"));
-    QString local = db;
-    DatabaseHomePath(QStringLiteral("SongServer"), local, true);
-    if (!SongOpenDatabase())
+    if (!dir.openSongDatabase())
         ADD_FAILURE() << "the test database did not open";
 }
 

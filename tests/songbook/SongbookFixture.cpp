@@ -38,11 +38,7 @@ SongbookFixture::SongbookFixture()
     for (const char* name : {"ListSong.ini", "ListMedia.ini"})
         QFile::copy(QStringLiteral(TUNEDESK_SOURCE_DIR "/data/") + QString::fromLatin1(name),
                     dir.file(QString::fromLatin1(name)));
-    const QString db = dir.file(QStringLiteral("song.db"));
-    CreateSongDatabase(db, QStringLiteral("English"));
-    QString local = db;
-    DatabaseHomePath(QStringLiteral("SongServer"), local, true);
-    if (!SongOpenDatabase())
+    if (!dir.openSongDatabase())
         ADD_FAILURE() << "the test database did not open";
     QDir().mkpath(libRoot());
     sql(QStringLiteral("insert into library (root_path, name) values ('") + libRoot() +

@@ -2,6 +2,8 @@
 #include "shell/services/AppPaths.h"
 #include "shell/services/Ini.h"
 #include "shell/services/Translate.h"
+#include "songdb/Schema.h"
+#include "songdb/SongSession.h"
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -30,6 +32,14 @@ QString TempAppDir::write(const QString& relative, const QByteArray& content) co
     if (f.open(QIODevice::WriteOnly | QIODevice::Truncate))
         f.write(content);
     return path;
+}
+
+bool TempAppDir::openSongDatabase() const
+{
+    QString db = file(QStringLiteral("song.db"));
+    CreateSongDatabase(db, QStringLiteral("English"));
+    DatabaseHomePath(QStringLiteral("SongServer"), db, true);
+    return SongOpenDatabase();
 }
 
 }  // namespace td::test

@@ -14,6 +14,8 @@ public:
     QString file(const QString& relative) const { return dir_.filePath(relative); }
     // Writes a UTF-8 file below the folder, creating parent folders.
     QString write(const QString& relative, const QByteArray& content) const;
+    // Makes an empty song database song.db here, points database_home.ini at it and opens it.
+    bool openSongDatabase() const;
 
 private:
     QTemporaryDir dir_;
