@@ -1,0 +1,460 @@
+#include "libraries/frmLibMana.h"
+#include "controls/BusyWindow.h"
+#include "controls/JobRunner.h"
+#include "controls/RecordErrors.h"
+#include "controls/ctlButtons.h"
+#include "controls/ctlDataFields.h"
+#include "controls/ctlDataView.h"
+#include "libraries/FileBrowse.h"
+#include "libraries/LibraryRecords.h"
+#include "libraries/LibrarySongFiles.h"
+#include "shell/services/AppError.h"
+#include "shell/services/Dialogs.h"
+#include "shell/services/FilePaths.h"
+#include "shell/services/Translate.h"
+#include "songdb/CatalogueLookups.h"
+#include "songdb/SongSession.h"
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+#include <atomic>
+
+namespace td {
+
+namespace {
+
+frmLibMana::ImportWizard& importWizard()
+{
+    static frmLibMana::ImportWizard wizard;
+    return wizard;
+}
+
+Connection& songConnection()
+{
+    Connection* db = SongConnection();
+    if (!db || !db->isOpen())
+        throw AppError(QStringLiteral("Operation is not allowed when the object is closed."));
+    return *db;
+}
+
+QString invalidRoot(const QString& path)
+{
+    return QStringLiteral("Invaild root path < ") + path + QStringLiteral(" > !");
+}
+
+bool isDirectory(const QString& path)
+{
+    return FileKind(NativePath(path)) == u"p";
+}
+
+}  // namespace
+
+void frmLibMana::SetImportWizard(ImportWizard wizard)
+{
+    importWizard() = std::move(wizard);
+}
+
+frmLibMana::frmLibMana(WindowFrame& frame, QWidget* parent)
+    : DataWindow(frame, QStringLiteral("LibMana"), parent)
+{
+    setObjectName(QStringLiteral("frmLibMana"));
+    setWindowTitle(QStringLiteral("Library manager"));
+    buildControls();
+    BindParts({ctlView_, ctlFields_, ctlButtons_, QStringLiteral(" library(s)"), QString()});
+    connect(ctlView_, &ctlDataView::ItemsSelected, this,
+            [this](const QList<int>& sel) { LoadFieldDatas(sel); });
+    connect(ctlFields_, &ctlDataFields::Click, this, [this](int index) {
+        ExecuteCommand(ctlFields_->GetField(index, QStringLiteral("field")).toString());
+    });
+    runner_ = new JobRunner(this);
+    LoadWindowText();
+    LoadFormat();
+    LoadData();
+}
+
+frmLibMana::~frmLibMana()
+{
+    delete runner_;  // a job under way stops before the window goes
+    runner_ = nullptr;
+    StopListLoading();
+    if (rsMain_)
+        rsMain_->Close();
+}
+
+void frmLibMana::buildControls()
+{
+    picView_ = new QWidget(this);
+    picView_->setObjectName(QStringLiteral("picView"));
+    ctlView_ = new ctlDataView(picView_);
+    ctlView_->setObjectName(QStringLiteral("ctlView"));
+    auto* viewLayout = new QVBoxLayout(picView_);
+    viewLayout->setContentsMargins(0, 0, 0, 0);
+    viewLayout->addWidget(ctlView_);
+
+    picRight_ = new QWidget(this);
+    picRight_->setObjectName(QStringLiteral("picRight"));
+    ctlFields_ = new ctlDataFields(picRight_);
+    ctlFields_->setObjectName(QStringLiteral("ctlFields"));
+    ctlButtons_ = new ctlButtons(picRight_);
+    ctlButtons_->setObjectName(QStringLiteral("ctlButtons"));
+    auto* rightLayout = new QVBoxLayout(picRight_);
+    rightLayout->setContentsMargins(0, 0, 0, 0);
+    rightLayout->addWidget(ctlFields_, 1);
+    rightLayout->addWidget(ctlButtons_);
+
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(4, 4, 4, 4);
+    layout->addWidget(picView_, 3);
+    layout->addWidget(picRight_, 2);
+}
+
+void frmLibMana::ExecuteCommand(const QString& command)
+{
+    const QString c = command.toLower();
+    ctlView_->FinishLoading();
+    if (c == u"add")
+        AddLibrary();
+    else if (c == u"delete")
+        RemoveLibrary();
+    else if (c == u"save")
+        SaveLibrary();
+    else if (c == u"update library")
+        UpdateLibrary(QString());
+    else if (c == u"update songbook")
+        UpdateSongbook(QString());
+    else if (c == u"close")
+        close();
+    else if (c == u"root_path")
+        browseRootPath();
+}
+
+bool frmLibMana::LoadFormat()
+{
+    LoadFormats();
+    return true;
+}
+
+bool frmLibMana::LoadData()
+{
+    return LoadList(QStringLiteral("select * from library"));
+}
+
+bool frmLibMana::LoadFieldDatas(const QList<int>& selection)
+{
+    QVariantList bookmarks{QVariant()};
+    for (qsizetype i = 1; i < selection.size(); ++i)
+        bookmarks << QVariant::fromValue(ctlView_->MainItems().Tag(selection[i]));
+    ctlFields_->setMrsMain(rsMain_);
+    const bool ok = ctlFields_->LoadFieldDatas(bookmarks);
+    SetPane(StatusPane::Selected, QString::number(selection.size() - 1) + QStringLiteral(" selected"));
+    return ok;
+}
+
+QList<int> frmLibMana::selection() const
+{
+    QList<int> selected;
+    ctlView_->GetViewSelections(selected);
+    return selected;
+}
+
+QString frmLibMana::fieldValue(const QString& field) const
+{
+    return ctlFields_->GetField(ctlFields_->GetFieldIndex(field), QStringLiteral("value")).toString();
+}
+
+void frmLibMana::setFieldValue(const QString& field, const QString& value)
+{
+    const int index = ctlFields_->GetFieldIndex(field);
+    ctlFields_->SetField(index, QStringLiteral("value"), value);
+    ctlFields_->SetField(index, QStringLiteral("changed"), true);
+}
+
+// root_path of the first selected row, as the window's recordset holds it.
+QString frmLibMana::selectedRoot(const QList<int>& selected)
+{
+    if (!rsMain_ || !rsMain_->setBookmark(ctlView_->MainItems().Tag(selected[1])))
+        throw AppError(QStringLiteral("The selected library is no longer in the list."));
+    return rsMain_->Fields(QStringLiteral("root_path")).Text();
+}
+
+void frmLibMana::selectOnly(int item)
+{
+    ListItems& items = ctlView_->MainItems();
+    const QList<int> before = selection();
+    for (qsizetype i = 1; i < before.size(); ++i)
+        items.setSelected(before[i], false);
+    if (item > 0) {
+        items.setSelected(item, true);
+        items.EnsureVisible(item);
+    }
+    LoadFieldDatas(selection());
+}
+
+// Media references of songs are resolved through the roots of the library table.
+void frmLibMana::libraryTableChanged()
+{
+    QString path, library;
+    GetLocalPath(path, library, true);
+}
+
+void frmLibMana::refreshSongbook()
+{
+    if (Frame().menuVisible(QStringLiteral("mnuSong")))
+        Frame().windowCommand(QStringLiteral("frmSong"), QStringLiteral("refresh"));
+}
+
+void frmLibMana::browseRootPath()
+{
+    const QString path = BrowsePath(Frame().dialogOwner());
+    if (path.isEmpty())
+        return;
+    setFieldValue(QStringLiteral("root_path"), path);
+    setFieldValue(QStringLiteral("shared_as"), SharedAsFor(path));
+}
+
+bool frmLibMana::AddLibrary()
+{
+    const QString path = fieldValue(QStringLiteral("root_path"));
+    if (!isDirectory(path)) {
+        MsgError(invalidRoot(path));
+        return false;
+    }
+    ErrorTrap trap;
+    bool taken = false;
+    QVariant bookmark;
+    int item = 0;
+    const bool added = [&] {
+        BusyWindow busy(this);
+        if (!trap.run([&] { return (taken = LibraryRootTaken(songConnection(), path)), true; }) || taken)
+            return false;
+        return ctlFields_->AddData(bookmark) &&
+               trap.run([&] { return ctlView_->AddViewItem(bookmark.toLongLong(), item); });
+    }();
+    if (taken) {
+        MsgInfo(QStringLiteral("The library was added already!"));
+        return false;
+    }
+    if (!added) {
+        MsgError(QStringLiteral("Add library failed! ") + trap.suffix());
+        return false;
+    }
+    selectOnly(item);
+    libraryTableChanged();
+    SetLogPane(QStringLiteral("1 library added!"));
+    if (MsgAsk(QStringLiteral("Update songbook with new library?"), MsgButtons::YesNo) == MsgAnswer::Yes &&
+        !UpdateSongbook(path))
+        MsgError(QStringLiteral("Update songbook with new library failed!"));
+    MsgInfo(QStringLiteral("New library is added to system successfully!"));
+    return true;
+}
+
+bool frmLibMana::SaveLibrary()
+{
+    const QList<int> selected = selection();
+    if (selected.size() <= 1) {
+        MsgInfo(QStringLiteral("Please select a library to update!"));
+        return false;
+    }
+    ErrorTrap trap;
+    const QString newRoot = fieldValue(QStringLiteral("root_path"));
+    QString oldRoot;
+    if (!trap.run([&] { return oldRoot = selectedRoot(selected), true; })) {
+        MsgError(QStringLiteral("Update library failed !\n") + trap.suffix());
+        return false;
+    }
+    const bool moves = newRoot != oldRoot;
+    if (moves) {
+        if (!isDirectory(newRoot)) {
+            MsgError(invalidRoot(newRoot));
+            return false;
+        }
+        bool taken = false;
+        if (!trap.run([&] { return (taken = LibraryRootTaken(songConnection(), newRoot)), true; })) {
+            MsgError(QStringLiteral("Update library failed !\n") + trap.suffix());
+            return false;
+        }
+        if (taken) {
+            MsgInfo(QStringLiteral("The library was added already!"));
+            return false;
+        }
+    }
+    const Bookmark bookmark = ctlView_->MainItems().Tag(selected[1]);
+    {
+        BusyWindow busy(this);
+        // The songs move before the row: a failure between the two leaves them on the new root.
+        if (moves && !trap.run([&] { return MoveLibrarySongs(songConnection(), oldRoot, newRoot), true; })) {
+            MsgError(QStringLiteral("Update library failed !\n") + trap.suffix());
+            return false;
+        }
+        if (moves)
+            setFieldValue(QStringLiteral("root_path"), newRoot);
+        setFieldValue(QStringLiteral("shared_as"), fieldValue(QStringLiteral("shared_as")));
+        if (!ctlFields_->SaveData(bookmark))
+            return false;
+        trap.run([&] { return ctlView_->SaveViewItem(bookmark, selected[1]); });
+    }
+    if (moves)
+        refreshSongbook();
+    LoadFieldDatas(selection());
+    libraryTableChanged();
+    MsgInfo(QStringLiteral("Library update successfully!"));
+    return true;
+}
+
+void frmLibMana::RemoveLibrary(std::function<void(bool)> done)
+{
+    auto finish = [done](bool ok) {
+        if (done)
+            done(ok);
+    };
+    const QList<int> selected = selection();
+    if (selected.size() <= 1) {
+        MsgInfo(QStringLiteral("Please select a library to delete!"));
+        return finish(false);
+    }
+    ErrorTrap trap;
+    QString root;
+    qint64 songs = 0;
+    if (!trap.run([&] {
+            root = selectedRoot(selected);
+            songs = LibrarySongCount(songConnection(), root);
+            return true;
+        })) {
+        MsgError(QStringLiteral("Remove library failed! ") + trap.suffix());
+        return finish(false);
+    }
+    auto removeSongsAndRow = [this, root, selected, finish] {
+        ErrorTrap trap;
+        if (!trap.run([&] { return DeleteLibrarySongs(songConnection(), root), true; })) {
+            MsgError(QStringLiteral("Remove library failed! ") + trap.suffix());
+            return finish(false);
+        }
+        refreshSongbook();
+        finish(deleteLibraryRow(selected));
+    };
+    if (songs == 0)
+        return finish(deleteLibraryRow(selected));
+    const MsgAnswer answer =
+        MsgAsk(QStringLiteral("There are ") + QString::number(songs) +
+                   QStringLiteral(" song(s) in selected library. They will not be available any more!\n") +
+                   QStringLiteral("Do you want to update selected library with them before continue?"),
+               MsgButtons::YesNoCancel);
+    if (answer == MsgAnswer::Cancel)
+        return finish(false);
+    if (answer == MsgAnswer::No)
+        return removeSongsAndRow();
+    // The songs' information goes beside their files first, so a later import brings them back.
+    UpdateLibrary(root, [removeSongsAndRow, finish](bool completed) {
+        if (completed)
+            removeSongsAndRow();
+        else
+            finish(false);
+    });
+}
+
+bool frmLibMana::deleteLibraryRow(const QList<int>& selected)
+{
+    const int position = selected[1];
+    ErrorTrap trap;
+    if (!ctlFields_->DeleteData(ctlView_->MainItems().Tag(position)) ||
+        !trap.run([&] { return ctlView_->DeleteViewItem(position); }))
+        return false;
+    const int count = ctlView_->MainItems().Count();
+    selectOnly(position <= count ? position : count);
+    libraryTableChanged();
+    MsgInfo(QStringLiteral("Removed library successfully!"));
+    return true;
+}
+
+bool frmLibMana::UpdateSongbook(const QString& path)
+{
+    if (!SongDatabaseOpen()) {
+        MsgInfo(TranslateText(QStringLiteral("Please login first")));
+        return false;
+    }
+    QString root = path;
+    if (root.isEmpty()) {
+        const QList<int> selected = selection();
+        if (selected.size() <= 1) {
+            MsgInfo(QStringLiteral("Please select a library from which to update!"));
+            return false;
+        }
+        ErrorTrap trap;
+        if (!trap.run([&] { return root = selectedRoot(selected), true; })) {
+            MsgError(QStringLiteral("Import library failed! ") + trap.suffix());
+            return false;
+        }
+    }
+    if (!importWizard()) {
+        MsgError(QStringLiteral("Import library failed! ") +
+                 ErrSuffix(QStringLiteral("The import is not available.")));
+        return false;
+    }
+    importWizard()(Frame().dialogOwner(), root);
+    return true;
+}
+
+bool frmLibMana::UpdateRunning() const
+{
+    return runner_ && runner_->running();
+}
+
+bool frmLibMana::UpdateLibrary(const QString& path, std::function<void(bool)> done)
+{
+    auto refused = [done] {
+        if (done)
+            done(false);
+        return false;
+    };
+    if (!SongDatabaseOpen()) {
+        MsgInfo(TranslateText(QStringLiteral("Please login first")));
+        return refused();
+    }
+    QString root = path;
+    if (root.isEmpty()) {
+        const QList<int> selected = selection();
+        if (selected.size() <= 1) {
+            MsgInfo(QStringLiteral("Please select a library to update!"));
+            return refused();
+        }
+        ErrorTrap trap;
+        if (!trap.run([&] { return root = selectedRoot(selected), true; })) {
+            MsgError(QStringLiteral("UpdateLibrary failed! ") + trap.suffix());
+            return refused();
+        }
+    }
+    if (!isDirectory(root)) {
+        MsgError(invalidRoot(root));
+        return refused();
+    }
+    const QString file = SongDatabaseFile();
+    auto completed = std::make_shared<std::atomic_bool>(false);
+    // The job reads the songs on a connection of its own; the window's stays with the interface thread.
+    const bool started = runner_->start([file, root, completed](JobHost& host) {
+        std::unique_ptr<Connection> db;
+        try {
+            db = OpenConnection(IsServerAddress(file) ? file : NativePath(file));
+        } catch (const std::exception& e) {
+            host.Fail(QStringLiteral("UpdateLibrary failed! ") + ErrSuffix(e));
+            return;
+        }
+        *completed = td::UpdateLibrary(*db, root, host).completed;
+    });
+    if (!started)
+        return refused();
+    auto connection = std::make_shared<QMetaObject::Connection>();
+    *connection = connect(runner_, &JobRunner::Finished, this, [this, connection, completed, done] {
+        disconnect(*connection);
+        if (done)
+            done(*completed);
+        emit UpdateFinished(*completed);
+    });
+    return true;
+}
+
+void frmLibMana::WindowClosing()
+{
+    if (runner_)
+        runner_->stop();
+}
+
+}  // namespace td
