@@ -71,5 +71,26 @@ rc=$?
 grep -qx "2 song(s) in selected library were updated successfully!" "$work/out" ||
   { echo "FAIL: library update after failures: $(cat "$work/out")"; fails=$((fails + 1)); }
 
+# library import reads those song files into an empty songbook; the library's own place and the
+# media file below it come from where the files lie, not from what they say.
+"$admin" create "$work/empty.db" >/dev/null 2>&1
+"$admin" library import "$work/empty.db" "$lib" --region China --region "" >"$work/out" 2>"$work/err"
+rc=$?
+[ "$rc" -eq 0 ] && grep -qx "1song(s) imported to songbook successfully!" "$work/out" ||
+  { echo "FAIL: library import: exit $rc, $(cat "$work/out" "$work/err")"; fails=$((fails + 1)); }
+[ "$("$admin" sql "$work/empty.db" "select title, region, media_file, library from song order by media_file" | tail -n +2 | tr '\t' '|' | tr '\n' ';')" = "A=1|China|/Pop/a.mpg|$lib;" ] ||
+  { echo "FAIL: library import rows: $("$admin" sql "$work/empty.db" "select * from song")"; fails=$((fails + 1)); }
+"$admin" library import "$work/empty.db" "$lib" --index index --from 5000 --region China >"$work/out" 2>"$work/err"
+[ "$("$admin" sql "$work/empty.db" "select [index] from song where [index]>0" | tail -n +2)" = "5001" ] ||
+  { echo "FAIL: library import --index index --from 5000"; fails=$((fails + 1)); }
+printf '\377' >"$lib/Pop/broken.son"
+"$admin" library import "$work/empty.db" "$lib" --region China >"$work/out" 2>"$work/err"
+rc=$?
+[ "$rc" -eq 2 ] && [ "$(grep -c '^An error take place while import library! Err=' "$work/err")" -eq 1 ] &&
+  grep -qx "1song(s) imported to songbook successfully!" "$work/out" ||
+  { echo "FAIL: library import of a broken song file: exit $rc, $(cat "$work/out" "$work/err")"; fails=$((fails + 1)); }
+expect_two "library import of a folder that is gone" library import "$work/empty.db" "$work/gone"
+expect_two "library import with an unknown index class" library import "$work/empty.db" "$lib" --index other
+
 [ "$fails" -eq 0 ] && echo "admin command line: all cases pass"
 exit "$fails"

@@ -1,10 +1,13 @@
 // tunedesk-admin: creates song databases and demo installations, runs statements and searches through
 // the same layer as the console, and runs the console's long jobs without a window.
+#include "exchange/LibraryImport.h"
+#include "libraries/FileFinder.h"
 #include "libraries/LibrarySongFiles.h"
 #include "shell/services/AppError.h"
 #include "shell/services/AppPaths.h"
 #include "shell/services/ConsoleJobHost.h"
 #include "shell/services/Ini.h"
+#include "shell/services/Translate.h"
 #include "songdb/Connection.h"
 #include "songdb/DemoSongbook.h"
 #include "songdb/JetSql.h"
@@ -29,7 +32,8 @@ const char* const kUsage =
     "       tunedesk-admin demo DIR [--songs N]\n"
     "       tunedesk-admin sql FILE STATEMENT\n"
     "       tunedesk-admin search FILE PATH [VALUE]\n"
-    "       tunedesk-admin library update FILE ROOT\n";
+    "       tunedesk-admin library update FILE ROOT\n"
+    "       tunedesk-admin library import FILE ROOT [--region R]... [--index import|index|blank] [--from N]\n";
 
 struct Failure {
     QString text;
@@ -173,6 +177,98 @@ int libraryUpdate(const QStringList& args)
     return host.failures() == 0 ? 0 : kUsageError;
 }
 
+// The library import wizard's defaults answer its questions: go on with so many files, and go on
+// checking after a crashed index (the import then stops with nothing added). Each crash and each
+// failed file is a line on stderr; a failed file is passed over.
+class ImportToTheEnd : public RunToTheEnd {
+public:
+    // Progress goes to stderr at every tenth of the way.
+    void StartProcess(const QString&, const QString& hint, qint64, qint64 max, bool) override
+    {
+        hint_ = hint;
+        max_ = max;
+        shown_ = 0;
+    }
+    void Processing(qint64 value) override
+    {
+        if (max_ <= 0 || value * 10 / max_ <= shown_)
+            return;
+        shown_ = value * 10 / max_;
+        std::fprintf(stderr, "%s %lld/%lld\n", hint_.toLocal8Bit().constData(), static_cast<long long>(value),
+                     static_cast<long long>(max_));
+    }
+    MsgAnswer Ask(const QString& text, MsgButtons buttons, const QString& title = {}) override
+    {
+        if (!title.isEmpty() || text.startsWith(QStringLiteral("An error take place"))) {
+            Fail(text.split(QStringLiteral("\r\n")).first());
+            return buttons == MsgButtons::OkCancel ? MsgAnswer::Ok : MsgAnswer::No;
+        }
+        return RunToTheEnd::Ask(text, buttons, title);
+    }
+
+private:
+    QString hint_;
+    qint64 max_ = 0;
+    qint64 shown_ = 0;
+};
+
+QString configValue(Connection& db, const QString& key, const QString& def)
+{
+    auto rs = db.openRecordset(QStringLiteral("select [value] from config where [section]='Default' and [key]='") +
+                               key + u'\'');
+    return rs->RecordCount() >= 1 ? rs->Fields(0).Text() : def;
+}
+
+// The regions whose language is installed beside the program, as the wizard lists them.
+QStringList interfaceRegions()
+{
+    TextArray folders;
+    int attributes = ATTR_DIRECTORY;
+    FindFileNames(AppPath() + QStringLiteral("/Region"), QStringLiteral("*.*"), 0, folders, attributes);
+    QStringList names;
+    for (int i = 1; i <= UBound(folders); ++i)
+        if (!GetRegionFile(folders[i]).isEmpty())
+            names << folders[i];
+    return names;
+}
+
+// Reads the song information files below ROOT into the songbook FILE, as the library import wizard
+// does with its defaults: every region that has a song file section, songs without a region included,
+// unless --region names the ones wanted ("" for songs without a region).
+int libraryImport(QStringList args)
+{
+    QStringList regions;
+    for (qsizetype i = args.indexOf(QStringLiteral("--region")); i >= 0;
+         i = args.indexOf(QStringLiteral("--region")))
+        regions << option(args, QStringLiteral("--region"), {});
+    const QString indexClass = option(args, QStringLiteral("--index"), {}).toLower();
+    const QString from = option(args, QStringLiteral("--from"), {});
+    expectArgs(args, 2, 2);
+    auto db = openExisting(args[0]);
+    LibraryImportSettings settings =
+        DefaultLibraryImportSettings(IntegerValue(configValue(*db, QStringLiteral("MinIndex"), QStringLiteral("1000"))));
+    settings.library = args[1];
+    if (!indexClass.isEmpty())
+        settings.indexClass = indexClass;
+    if (settings.indexClass != u"import" && settings.indexClass != u"index" && settings.indexClass != u"blank")
+        throw Failure{QStringLiteral("--index needs import, index or blank")};
+    if (!from.isEmpty())
+        settings.indexFrom = from;
+    if (regions.isEmpty()) {
+        regions = interfaceRegions();
+        regions << QString();
+    }
+    settings.regions = regions;
+    settings.remark = LibraryImportRemark(settings.library);
+    ImportToTheEnd host;
+    const LibraryImportResult result = ImportLibrary(*db, settings, host);
+    if (result.files == 0)
+        throw Failure{QStringLiteral("no song information files below ") + settings.library};
+    if (result.crashed)
+        throw Failure{QStringLiteral("nothing imported: song indexes crashed")};
+    return host.failures() == 0 ? 0 : kUsageError;
+}
+
 int library(QStringList args)
 {
     const QString sub = args.value(0);
@@ -180,7 +276,9 @@ int library(QStringList args)
         args.removeFirst();
     if (sub == u"update")
         return libraryUpdate(args);
-    throw Failure{sub.isEmpty() ? QStringLiteral("library needs update")
+    if (sub == u"import")
+        return libraryImport(args);
+    throw Failure{sub.isEmpty() ? QStringLiteral("library needs update or import")
                                 : QStringLiteral("unknown library command ") + sub};
 }
 
