@@ -2,6 +2,7 @@
 #include "controls/BusyWindow.h"
 #include "controls/JobRunner.h"
 #include "controls/RecordErrors.h"
+#include "controls/Twips.h"
 #include "controls/ctlButtons.h"
 #include "controls/ctlDataFields.h"
 #include "controls/ctlDataView.h"
@@ -82,28 +83,31 @@ frmLibMana::~frmLibMana()
 
 void frmLibMana::buildControls()
 {
-    picView_ = new QWidget(this);
-    picView_->setObjectName(QStringLiteral("picView"));
-    ctlView_ = new ctlDataView(picView_);
+    // The button bar stands in a column on the left, as in the songbook.
+    picButton_ = new QWidget(this);
+    picButton_->setObjectName(QStringLiteral("picButton"));
+    picButton_->setFixedWidth(TwipsToPixels(1800, this));
+    ctlButtons_ = new ctlButtons(picButton_);
+    ctlButtons_->setObjectName(QStringLiteral("ctlButtons"));
+    auto* buttonLayout = new QVBoxLayout(picButton_);
+    buttonLayout->setContentsMargins(0, 0, 0, 0);
+    buttonLayout->addWidget(ctlButtons_);
+
+    ctlView_ = new ctlDataView(this);
     ctlView_->setObjectName(QStringLiteral("ctlView"));
-    auto* viewLayout = new QVBoxLayout(picView_);
-    viewLayout->setContentsMargins(0, 0, 0, 0);
-    viewLayout->addWidget(ctlView_);
 
     picRight_ = new QWidget(this);
     picRight_->setObjectName(QStringLiteral("picRight"));
     ctlFields_ = new ctlDataFields(picRight_);
     ctlFields_->setObjectName(QStringLiteral("ctlFields"));
-    ctlButtons_ = new ctlButtons(picRight_);
-    ctlButtons_->setObjectName(QStringLiteral("ctlButtons"));
     auto* rightLayout = new QVBoxLayout(picRight_);
     rightLayout->setContentsMargins(0, 0, 0, 0);
-    rightLayout->addWidget(ctlFields_, 1);
-    rightLayout->addWidget(ctlButtons_);
+    rightLayout->addWidget(ctlFields_);
 
     auto* layout = new QHBoxLayout(this);
-    layout->setContentsMargins(4, 4, 4, 4);
-    layout->addWidget(picView_, 3);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(picButton_);
+    layout->addWidget(ctlView_, 3);
     layout->addWidget(picRight_, 2);
 }
 

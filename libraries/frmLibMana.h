@@ -66,7 +66,7 @@ private:
     ctlButtons* ctlButtons_ = nullptr;
     ctlDataView* ctlView_ = nullptr;
     ctlDataFields* ctlFields_ = nullptr;
-    QWidget* picView_ = nullptr;
+    QWidget* picButton_ = nullptr;
     QWidget* picRight_ = nullptr;
     JobRunner* runner_ = nullptr;
 };
