@@ -455,6 +455,11 @@ bool frmLibMana::UpdateLibrary(const QString& path, std::function<void(bool)> do
     return true;
 }
 
+void frmLibMana::ListReadFailed(const QString&, const QString& description)
+{
+    MsgError(QStringLiteral("Load data failed! ") + ErrSuffix(description));
+}
+
 void frmLibMana::WindowClosing()
 {
     if (runner_)

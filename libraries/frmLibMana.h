@@ -50,6 +50,7 @@ signals:
 
 protected:
     void WindowClosing() override;
+    void ListReadFailed(const QString& sql, const QString& description) override;
 
 private:
     void buildControls();

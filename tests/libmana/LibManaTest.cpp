@@ -311,3 +311,17 @@ TEST_F(LibManaTest, BrowsingFillsRootAndSharedAs)
 }
 
 }  // namespace
+
+namespace {
+
+TEST_F(LibManaTest, AListThatCannotBeReadSaysSo)
+{
+    sql(QStringLiteral("drop table library"));
+    window = std::make_unique<frmLibMana>();
+    ASSERT_TRUE(waitUntil([this] { return !window->ListLoading(); }));
+    ASSERT_FALSE(dialogs.messages().isEmpty());
+    EXPECT_TRUE(dialogs.messages().last().startsWith(QStringLiteral("Load data failed!  Err=")))
+        << dialogs.messages().last().toStdString();
+}
+
+}  // namespace
