@@ -6,9 +6,12 @@
 #include "controls/frmProcess.h"
 #include "libraries/LibraryRecords.h"
 #include "libraries/frmLibMana.h"
+#include "shell/Main.h"
+#include "shell/mdiMain.h"
 #include "shell/services/Ini.h"
 #include "songdb/SongSession.h"
 #include "support/QtPrint.h"
+#include <QAction>
 #include <QApplication>
 #include <QDir>
 #include <QFile>
@@ -322,6 +325,26 @@ TEST_F(LibManaTest, AListThatCannotBeReadSaysSo)
     ASSERT_FALSE(dialogs.messages().isEmpty());
     EXPECT_TRUE(dialogs.messages().last().startsWith(QStringLiteral("Load data failed!  Err=")))
         << dialogs.messages().last().toStdString();
+}
+
+}  // namespace
+
+namespace {
+
+TEST_F(LibManaTest, TheMenuEntryAndTheToolbarButtonOpenTheWindow)
+{
+    RegisterWindows();
+    const std::function<void(mdiMain&)> ways[] = {
+        [](mdiMain& frame) { frame.menuAction(QStringLiteral("mnuManaLib"))->trigger(); },
+        [](mdiMain& frame) { frame.toolbarClick(QStringLiteral("library")); },
+    };
+    for (const auto& open : ways) {
+        mdiMain frame;
+        open(frame);
+        QCoreApplication::processEvents();
+        EXPECT_NE(frame.findChild<frmLibMana*>(), nullptr);
+        EXPECT_TRUE(dialogs.messages().isEmpty()) << dialogs.messages().join(u'|').toStdString();
+    }
 }
 
 }  // namespace
