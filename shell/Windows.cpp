@@ -1,4 +1,6 @@
 #include "config/frmOptions.h"
+#include "exchange/frmImportLib.h"
+#include "libraries/frmLibMana.h"
 #include "regions/frmAvailableRegion.h"
 #include "regions/frmDefaultRegion.h"
 #include "regions/frmGlobeRegion.h"
@@ -21,6 +23,10 @@ void RegisterWindows()
                             [](WindowFrame& frame) { return new frmDefaultRegion(frame); });
     mdiMain::registerWindow(QStringLiteral("frmOptions"),
                             [](WindowFrame& frame) { return new frmOptions(frame); });
+    mdiMain::registerWindow(QStringLiteral("frmLibMana"),
+                            [](WindowFrame& frame) { return new frmLibMana(frame); });
+    // The library manager's "update songbook" opens the import wizard over the frame.
+    frmLibMana::SetImportWizard([](QWidget* owner, const QString& root) { ShowImportLibrary(root, owner); });
 }
 
 }  // namespace td

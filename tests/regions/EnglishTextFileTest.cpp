@@ -71,8 +71,8 @@ QSet<QString> windowKeys()
         AboutBox about;
         // The songbook reads its format files and lists its search types from an open database.
         RegisterWindows();
-        for (const char* window :
-             {"frmSong", "frmAvailableRegion", "frmGlobeRegion", "frmDefaultRegion", "frmOptions"})
+        for (const char* window : {"frmSong", "frmAvailableRegion", "frmGlobeRegion", "frmDefaultRegion",
+                                   "frmOptions", "frmLibMana"})
             frame.ShowWindow(QString::fromLatin1(window));
         for (const char* entry : {"mnuLogin", "mnuChangePassword"})
             frame.menuAction(QString::fromLatin1(entry))->trigger();
