@@ -44,6 +44,15 @@ inline QStringList ArgumentsOrUsage(const QCoreApplication& app, int count, cons
 
 // Widgets run offscreen unless told otherwise; the platform's complaints about window size hints
 // are silenced, the figures are what matters.
+// The song counts given after the first count arguments, or the defaults when none is given.
+inline QList<int> SongCounts(const QStringList& args, int skip, QList<int> defaults)
+{
+    QList<int> counts;
+    for (const QString& a : args.mid(skip))
+        counts << a.toInt();
+    return counts.isEmpty() ? defaults : counts;
+}
+
 inline void PrepareApplication()
 {
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});

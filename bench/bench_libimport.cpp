@@ -109,13 +109,8 @@ int main(int argc, char** argv)
     const QStringList args = bench::ArgumentsOrUsage(app, 2, "bench_libimport DATA_DIR [SONGS...]");
     if (args.isEmpty())
         return 2;
-    QList<int> sizes;
-    for (const QString& a : args.mid(2))
-        sizes << a.toInt();
-    if (sizes.isEmpty())
-        sizes = {100000};
     bool ok = true;
-    for (int songs : sizes)
+    for (int songs : bench::SongCounts(args, 2, {100000}))
         ok = measure(args[1], songs) && ok;
     if (!ok)
         std::fprintf(stderr, "bench_libimport: the import did not read every file\n");
