@@ -19,6 +19,20 @@ using namespace td;
 
 namespace {
 
+// The rows of a statement, each as its fields joined by "|".
+QStringList rowsOf(Connection& db, const QString& sql)
+{
+    auto rs = db.openRecordset(sql);
+    QStringList out;
+    for (qsizetype r = 0; r < rs->RecordCount(); ++r) {
+        QStringList cells;
+        for (int c = 0; c < rs->FieldCount(); ++c)
+            cells << rs->text(r, c);
+        out << cells.join(u'|');
+    }
+    return out;
+}
+
 // Records what the job shows and answers its questions from a script (OK or No once it has run out);
 // the cancel button is "pressed" once the progress reaches cancelAt.
 class RecordingHost : public JobHost {
@@ -82,15 +96,7 @@ protected:
     LibraryImportResult run() { return ImportLibrary(*target, settings, host); }
     QStringList rows(const QString& columns = QStringLiteral("[index], title, library, media_file"))
     {
-        auto rs = target->openRecordset(QStringLiteral("select ") + columns + QStringLiteral(" from song order by id"));
-        QStringList out;
-        for (qsizetype r = 0; r < rs->RecordCount(); ++r) {
-            QStringList cells;
-            for (int c = 0; c < rs->FieldCount(); ++c)
-                cells << rs->text(r, c);
-            out << cells.join(u'|');
-        }
-        return out;
+        return rowsOf(*target, QStringLiteral("select ") + columns + QStringLiteral(" from song order by id"));
     }
     void setConfig(const QString& key, const QString& value)
     {
@@ -152,15 +158,7 @@ TEST_F(LibraryImportTest, SongbookWrittenToItsFilesComesBackFieldForField)
     const QString columns = QStringLiteral("[index], title, chars, singer, language, style, grade, channel, "
                                            "order_time, region, media_file, library, lupd_by, lupd_time, remark");
     auto sorted = [&](Connection& db) {
-        auto rs = db.openRecordset(QStringLiteral("select ") + columns + QStringLiteral(" from song order by [index]"));
-        QStringList out;
-        for (qsizetype r = 0; r < rs->RecordCount(); ++r) {
-            QStringList cells;
-            for (int c = 0; c < rs->FieldCount(); ++c)
-                cells << rs->text(r, c);
-            out << cells.join(u'|');
-        }
-        return out;
+        return rowsOf(db, QStringLiteral("select ") + columns + QStringLiteral(" from song order by [index]"));
     };
     EXPECT_EQ(sorted(*target), sorted(*source));
 }
