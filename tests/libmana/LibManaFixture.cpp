@@ -19,10 +19,7 @@ LibManaFixture::LibManaFixture()
     EnsureQtApp();
     QFile::copy(QStringLiteral(TUNEDESK_SOURCE_DIR "/data/ListLibMana.ini"),
                 dir.file(QStringLiteral("ListLibMana.ini")));
-    QString db = dir.file(QStringLiteral("song.db"));
-    CreateSongDatabase(db, QStringLiteral("English"));
-    DatabaseHomePath(QStringLiteral("SongServer"), db, true);
-    if (!SongOpenDatabase())
+    if (!dir.openSongDatabase())
         ADD_FAILURE() << "the test database did not open";
     for (const char* name : {"a", "a2", "b"}) {
         const QString r = root(name);

@@ -72,10 +72,7 @@ protected:
                   kBom + utf16(QStringLiteral("\r\n[Resource]\r\nPlay=Play\r\n")));
         IniWrite(dir.file(QStringLiteral("Region.ini")), QStringLiteral("Home"), QStringLiteral("Default"),
                  QStringLiteral("Chinese(PRC)"));
-        QString db = dir.file(QStringLiteral("song.db"));
-        CreateSongDatabase(db, QStringLiteral("English"));
-        DatabaseHomePath(QStringLiteral("SongServer"), db, true);
-        EXPECT_TRUE(SongOpenDatabase());
+        EXPECT_TRUE(dir.openSongDatabase());
         SongConnection()->execute(QStringLiteral("insert into region (name) values ('Chinese(PRC)')"));
     }
     ~DamagedTextFile() override { SongCloseDatabase(); }
