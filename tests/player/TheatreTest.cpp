@@ -140,7 +140,7 @@ TEST_F(TheatreTest, PlayPauseResumeAndCloseMoveTheState)
     ASSERT_TRUE(player.DoCommand(QStringLiteral("play")));
     EXPECT_EQ(state(player), QStringLiteral("1"));
     ASSERT_TRUE(waitFor([&] { return position(player) >= 1; }));
-    EXPECT_GE(moved.count(), 1);
+    EXPECT_TRUE(waitFor([&] { return moved.count() >= 1; }));
 
     ASSERT_TRUE(player.DoCommand(QStringLiteral("Pause")));
     EXPECT_EQ(state(player), QStringLiteral("2"));
@@ -171,7 +171,8 @@ TEST_F(TheatreTest, SeekTakesWholeSecondsAndRefusesWhatIsNoPosition)
     QSignalSpy moved(&player, &ctlTheatre::PositionChanged);
     ASSERT_TRUE(player.DoCommand(QStringLiteral("Seek"), 2));
     EXPECT_TRUE(waitFor([&] { return position(player) == 2; })) << position(player);
-    EXPECT_GE(moved.count(), 1);
+    // The position can be read before the core's notice of it has been drained into the event.
+    EXPECT_TRUE(waitFor([&] { return moved.count() >= 1; }));
     EXPECT_EQ(state(player), QStringLiteral("0")) << "a seek does not start playing";
     EXPECT_TRUE(player.DoCommand(QStringLiteral("Seek"), QStringLiteral("1")));
     EXPECT_TRUE(waitFor([&] { return position(player) == 1; }));
