@@ -4,6 +4,7 @@
 // longest time the event loop went without a turn (a 10 ms timer's largest gap).
 // Without SONGBOOK.db the 1,000,000-song demo songbook is generated once into DATA_DIR and kept.
 #include "BenchSupport.h"
+#include "LoopWatch.h"
 #include "controls/ctlDataView.h"
 #include "shell/services/AppPaths.h"
 #include "shell/services/Ini.h"
@@ -23,36 +24,8 @@
 
 namespace {
 
+using bench::LoopWatch;
 using bench::Print;
-
-// Watches the event loop: a timer due every 10 ms, and the longest wait between two of its turns.
-class LoopWatch {
-public:
-    LoopWatch()
-    {
-        QObject::connect(&timer_, &QTimer::timeout, [this] { gap_ = std::max(gap_, last_.restart()); });
-        timer_.start(10);
-    }
-    // Runs the work and answers its seconds; longestGap() then holds its longest freeze.
-    double run(const std::function<void()>& work)
-    {
-        QCoreApplication::processEvents();
-        gap_ = 0;
-        last_.start();
-        QElapsedTimer t;
-        t.start();
-        work();
-        const double seconds = double(t.nsecsElapsed()) / 1e9;
-        gap_ = std::max(gap_, last_.elapsed());  // the stretch since the last turn counts too
-        return seconds;
-    }
-    double longestGap() const { return double(gap_) / 1000.0; }
-
-private:
-    QTimer timer_;
-    QElapsedTimer last_;
-    qint64 gap_ = 0;
-};
 
 int TypeRow(td::frmSong& song, const QString& code)
 {

@@ -156,6 +156,14 @@ bool JobRunner::start(Job job)
     return true;
 }
 
+bool JobRunner::start(Job job, std::function<void()> then)
+{
+    if (!start(std::move(job)))
+        return false;
+    connect(this, &JobRunner::Finished, this, std::move(then), Qt::SingleShotConnection);
+    return true;
+}
+
 void JobRunner::finish()
 {
     if (!thread_.joinable())

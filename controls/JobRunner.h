@@ -25,6 +25,8 @@ public:
 
     // Starts the job; false, with nothing started, while another job of this runner runs.
     bool start(Job job);
+    // As start, and then() runs on the interface thread once, when this job has ended.
+    bool start(Job job, std::function<void()> then);
     bool running() const { return thread_.joinable(); }
     // As the cancel button, and more: a question under way or to come is answered No (Cancel where
     // there is no No) without being shown, so the job ends at its next look; then waits for it.

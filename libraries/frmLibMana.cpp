@@ -47,6 +47,15 @@ bool isDirectory(const QString& path)
     return FileKind(NativePath(path)) == u"p";
 }
 
+// done(ok), where a caller asked for it.
+std::function<void(bool)> reportingTo(std::function<void(bool)> done)
+{
+    return [done](bool ok) {
+        if (done)
+            done(ok);
+    };
+}
+
 }  // namespace
 
 void frmLibMana::SetImportWizard(ImportWizard wizard)
@@ -251,65 +260,70 @@ bool frmLibMana::AddLibrary()
     return true;
 }
 
-bool frmLibMana::SaveLibrary()
+void frmLibMana::SaveLibrary(std::function<void(bool)> done)
 {
+    const auto finish = reportingTo(done);
     const QList<int> selected = selection();
     if (selected.size() <= 1) {
         MsgInfo(QStringLiteral("Please select a library to update!"));
-        return false;
+        return finish(false);
     }
     ErrorTrap trap;
     const QString newRoot = fieldValue(QStringLiteral("root_path"));
     QString oldRoot;
     if (!trap.run([&] { return oldRoot = selectedRoot(selected), true; })) {
         MsgError(QStringLiteral("Update library failed !\n") + trap.suffix());
-        return false;
+        return finish(false);
     }
     const bool moves = newRoot != oldRoot;
     if (moves) {
         if (!isDirectory(newRoot)) {
             MsgError(invalidRoot(newRoot));
-            return false;
+            return finish(false);
         }
         bool taken = false;
         if (!trap.run([&] { return (taken = LibraryRootTaken(songConnection(), newRoot)), true; })) {
             MsgError(QStringLiteral("Update library failed !\n") + trap.suffix());
-            return false;
+            return finish(false);
         }
         if (taken) {
             MsgInfo(QStringLiteral("The library was added already!"));
-            return false;
+            return finish(false);
         }
     }
     const Bookmark bookmark = ctlView_->MainItems().Tag(selected[1]);
-    {
-        BusyWindow busy(this);
-        // The songs move before the row: a failure between the two leaves them on the new root.
-        if (moves && !trap.run([&] { return MoveLibrarySongs(songConnection(), oldRoot, newRoot), true; })) {
-            MsgError(QStringLiteral("Update library failed !\n") + trap.suffix());
-            return false;
-        }
+    auto saveRow = [this, moves, newRoot, bookmark, position = selected[1], finish](bool songsMoved) {
+        if (!songsMoved)
+            return finish(false);
         if (moves)
             setFieldValue(QStringLiteral("root_path"), newRoot);
         setFieldValue(QStringLiteral("shared_as"), fieldValue(QStringLiteral("shared_as")));
         if (!ctlFields_->SaveData(bookmark))
-            return false;
-        trap.run([&] { return ctlView_->SaveViewItem(bookmark, selected[1]); });
-    }
-    if (moves)
-        refreshSongbook();
-    LoadFieldDatas(selection());
-    libraryTableChanged();
-    MsgInfo(QStringLiteral("Library update successfully!"));
-    return true;
+            return finish(false);
+        ErrorTrap trap;
+        trap.run([&] { return ctlView_->SaveViewItem(bookmark, position); });
+        if (moves)
+            refreshSongbook();
+        LoadFieldDatas(selection());
+        libraryTableChanged();
+        MsgInfo(QStringLiteral("Library update successfully!"));
+        finish(true);
+    };
+    if (!moves)
+        return saveRow(true);
+    // The songs move before the row: a failure between the two leaves them on the new root.
+    if (!runSongJob(QStringLiteral("Update library failed !\n"),
+                    [oldRoot, newRoot](Connection& db, JobHost&) {
+                        MoveLibrarySongs(db, oldRoot, newRoot);
+                        return true;
+                    },
+                    saveRow))
+        finish(false);
 }
 
 void frmLibMana::RemoveLibrary(std::function<void(bool)> done)
 {
-    auto finish = [done](bool ok) {
-        if (done)
-            done(ok);
-    };
+    const auto finish = reportingTo(done);
     const QList<int> selected = selection();
     if (selected.size() <= 1) {
         MsgInfo(QStringLiteral("Please select a library to delete!"));
@@ -327,13 +341,20 @@ void frmLibMana::RemoveLibrary(std::function<void(bool)> done)
         return finish(false);
     }
     auto removeSongsAndRow = [this, root, selected, finish] {
-        ErrorTrap trap;
-        if (!trap.run([&] { return DeleteLibrarySongs(songConnection(), root), true; })) {
-            MsgError(QStringLiteral("Remove library failed! ") + trap.suffix());
-            return finish(false);
-        }
-        refreshSongbook();
-        finish(deleteLibraryRow(selected));
+        const bool started = runSongJob(
+            QStringLiteral("Remove library failed! "),
+            [root](Connection& db, JobHost&) {
+                DeleteLibrarySongs(db, root);
+                return true;
+            },
+            [this, selected, finish](bool songsDeleted) {
+                if (!songsDeleted)
+                    return finish(false);
+                refreshSongbook();
+                finish(deleteLibraryRow(selected));
+            });
+        if (!started)
+            finish(false);
     };
     if (songs == 0)
         return finish(deleteLibraryRow(selected));
@@ -430,29 +451,32 @@ bool frmLibMana::UpdateLibrary(const QString& path, std::function<void(bool)> do
         MsgError(invalidRoot(root));
         return refused();
     }
+    const bool started = runSongJob(
+        QStringLiteral("UpdateLibrary failed! "),
+        [root](Connection& db, JobHost& host) { return td::UpdateLibrary(db, root, host).completed; },
+        [this, done](bool completed) {
+            if (done)
+                done(completed);
+            emit UpdateFinished(completed);
+        });
+    return started || refused();
+}
+
+bool frmLibMana::runSongJob(const QString& failed, std::function<bool(Connection&, JobHost&)> work,
+                            std::function<void(bool)> then)
+{
     const QString file = SongDatabaseFile();
-    auto completed = std::make_shared<std::atomic_bool>(false);
-    // The job reads the songs on a connection of its own; the window's stays with the interface thread.
-    const bool started = runner_->start([file, root, completed](JobHost& host) {
-        std::unique_ptr<Connection> db;
-        try {
-            db = OpenConnection(IsServerAddress(file) ? file : NativePath(file));
-        } catch (const std::exception& e) {
-            host.Fail(QStringLiteral("UpdateLibrary failed! ") + ErrSuffix(e));
-            return;
-        }
-        *completed = td::UpdateLibrary(*db, root, host).completed;
-    });
-    if (!started)
-        return refused();
-    auto connection = std::make_shared<QMetaObject::Connection>();
-    *connection = connect(runner_, &JobRunner::Finished, this, [this, connection, completed, done] {
-        disconnect(*connection);
-        if (done)
-            done(*completed);
-        emit UpdateFinished(*completed);
-    });
-    return true;
+    auto ok = std::make_shared<std::atomic_bool>(false);
+    return runner_->start(
+        [file, failed, work = std::move(work), ok](JobHost& host) {
+            try {
+                auto db = OpenConnection(IsServerAddress(file) ? file : NativePath(file));
+                *ok = work(*db, host);
+            } catch (const std::exception& e) {
+                host.Fail(failed + ErrSuffix(e));
+            }
+        },
+        [ok, then = std::move(then)] { then(*ok); });
 }
 
 void frmLibMana::ListReadFailed(const QString&, const QString& description)

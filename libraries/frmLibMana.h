@@ -10,6 +10,8 @@ namespace td {
 class ctlButtons;
 class ctlDataFields;
 class ctlDataView;
+class Connection;
+class JobHost;
 class JobRunner;
 
 // The library manager: the list of libraries, the editor of one, and the two exchanges between a
@@ -30,7 +32,8 @@ public:
     bool LoadFieldDatas(const QList<int>& selection);
 
     bool AddLibrary();
-    bool SaveLibrary();
+    // Moving a library's songs runs as a job; done(true) comes once the library row is saved too.
+    void SaveLibrary(std::function<void(bool)> done = {});
     // Runs to its end unless it waits on an update of the library's song files, and then ends when
     // that update does: done(true) once the library is gone.
     void RemoveLibrary(std::function<void(bool)> done = {});
@@ -63,6 +66,11 @@ private:
     void libraryTableChanged();
     void refreshSongbook();
     bool deleteLibraryRow(const QList<int>& selected);
+    // Runs work over the songbook on a connection of its own, on the job thread, so that a statement over
+    // a whole library never holds the window; an error is reported as `failed` and the error. then(ok)
+    // comes on the interface thread. False, with nothing started, while another job runs.
+    bool runSongJob(const QString& failed, std::function<bool(Connection&, JobHost&)> work,
+                    std::function<void(bool)> then);
 
     ctlButtons* ctlButtons_ = nullptr;
     ctlDataView* ctlView_ = nullptr;

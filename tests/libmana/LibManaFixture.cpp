@@ -79,6 +79,14 @@ void LibManaFixture::openWindow()
     dialogs.clear();
 }
 
+std::optional<bool> LibManaFixture::saveAndWait()
+{
+    std::optional<bool> result;
+    window->SaveLibrary([&](bool ok) { result = ok; });
+    waitUntil([&] { return result.has_value(); });
+    return result;
+}
+
 bool LibManaFixture::waitUntil(const std::function<bool()>& done, int ms)
 {
     QElapsedTimer clock;

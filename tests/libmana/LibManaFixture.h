@@ -1,4 +1,5 @@
 #pragma once
+#include <optional>
 #include "support/ScriptedDialogs.h"
 #include "support/TempAppDir.h"
 #include <QList>
@@ -32,6 +33,8 @@ protected:
 
     void openWindow();
     bool waitUntil(const std::function<bool()>& done, int ms = 10000);
+    // Saves the edited library and waits for the save to end; nullopt when it never ends.
+    std::optional<bool> saveAndWait();
     // Selects exactly the row of that root and shows it in the editor.
     void selectRoot(const QString& rootPath);
     void edit(const QString& field, const QString& value);

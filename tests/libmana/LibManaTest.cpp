@@ -55,7 +55,7 @@ TEST_F(LibManaTest, SavingANewRootMovesOnlyThatLibrarysSongs)
     edit(QStringLiteral("root_path"), moved);
     edit(QStringLiteral("shared_as"), QStringLiteral("/moved"));
 
-    EXPECT_TRUE(window->SaveLibrary());
+    EXPECT_EQ(saveAndWait(), true);
 
     EXPECT_EQ(dialogs.messages(), QStringList{QStringLiteral("Library update successfully!")});
     EXPECT_EQ(count(QStringLiteral("library=") + quoted(moved)), 3);
@@ -84,7 +84,7 @@ TEST_F(LibManaTest, SavingARefusedRootChangesNothing)
         dialogs.clear();
         selectRoot(root("a"));
         edit(QStringLiteral("root_path"), c.newRoot);
-        EXPECT_FALSE(window->SaveLibrary());
+        EXPECT_EQ(saveAndWait(), false);
         EXPECT_EQ(dialogs.messages(), QStringList{c.message});
         EXPECT_EQ(count(QStringLiteral("library=") + quoted(root("a"))), 2);
         EXPECT_EQ(value(QStringLiteral("select count(*) from library where root_path=") + quoted(root("a"))),
@@ -99,7 +99,7 @@ TEST_F(LibManaTest, SavingTheSameRootWritesSharedAsEvenWhenTheFolderIsGone)
     QDir(root("a")).removeRecursively();
     selectRoot(root("a"));
     edit(QStringLiteral("shared_as"), QStringLiteral("/elsewhere"));
-    EXPECT_TRUE(window->SaveLibrary());
+    EXPECT_EQ(saveAndWait(), true);
     EXPECT_EQ(dialogs.messages(), QStringList{QStringLiteral("Library update successfully!")});
     EXPECT_EQ(value(QStringLiteral("select shared_as from library where root_path=") + quoted(root("a"))),
               QStringLiteral("/elsewhere"));
