@@ -5,6 +5,7 @@
 #include "songdb/SongStatements.h"
 #include "songdb/StoreLog.h"
 #include <QFile>
+#include <QSaveFile>
 #include <cmath>
 
 namespace td {
@@ -86,25 +87,31 @@ bool SongGetNamesFromField(const QString& table, const QString& field, const QSt
     return true;
 }
 
+bool WriteImageFile(Recordset& rs, const QString& path)
+{
+    const qsizetype length = qsizetype(rs.Fields(QStringLiteral("image_len")).Value().toLongLong());
+    if (length <= 0)
+        return false;
+    // The file is replaced only once it is whole: a failed write leaves the old one as it was.
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        throw AppError(file.errorString());
+    const Field image = rs.Fields(QStringLiteral("image"));
+    for (qsizetype block = 0; block < length / kLoadBlock; ++block)
+        file.write(image.GetChunk(kLoadBlock));
+    if (length % kLoadBlock > 0)
+        file.write(image.GetChunk(length % kLoadBlock));
+    if (!file.commit())
+        throw AppError(file.errorString());
+    return true;
+}
+
 bool LoadImageField(Recordset* rs, const QString& path)
 {
     if (!rs)
         return false;
     try {
-        const qsizetype length = qsizetype(rs->Fields(QStringLiteral("image_len")).Value().toLongLong());
-        if (length <= 0)
-            return false;
-        if (FileKind(path) == u"f")
-            QFile::remove(path);
-        QFile file(path);
-        if (!file.open(QIODevice::WriteOnly))
-            throw AppError(file.errorString());
-        const Field image = rs->Fields(QStringLiteral("image"));
-        for (qsizetype block = 0; block < length / kLoadBlock; ++block)
-            file.write(image.GetChunk(kLoadBlock));
-        if (length % kLoadBlock > 0)
-            file.write(image.GetChunk(length % kLoadBlock));
-        return true;
+        return WriteImageFile(*rs, path);
     } catch (const std::exception& e) {
         MsgError(QStringLiteral("Load image failed. ") + ErrSuffix(e));
         return false;
@@ -113,13 +120,11 @@ bool LoadImageField(Recordset* rs, const QString& path)
 
 // The field is filled as the photograph store always did: rest + 1 bytes, then whole blocks of
 // block + 1 bytes, zero-padded; image_len tells where the photograph ends.
-bool SaveImageField(Recordset* rs, const QString& path)
+void StoreImageFile(Recordset& rs, const QString& path)
 {
-    if (!rs)
-        return false;
     try {
-        const Field image = rs->Fields(QStringLiteral("image"));
-        const Field length = rs->Fields(QStringLiteral("image_len"));
+        const Field image = rs.Fields(QStringLiteral("image"));
+        const Field length = rs.Fields(QStringLiteral("image_len"));
         if (path.isEmpty()) {
             image.AppendChunk(QByteArray());
             length.setValue(0);
@@ -136,14 +141,25 @@ bool SaveImageField(Recordset* rs, const QString& path)
                 length.setValue(size);
             }
         }
-        rs->Update();
-        return true;
-    } catch (const std::exception& e) {
+        rs.Update();
+    } catch (const std::exception&) {
         try {
-            rs->CancelUpdate();
+            rs.CancelUpdate();
         } catch (const std::exception& undo) {
             qCWarning(lcStore) << "edit not cancelled after a failed image save:" << ErrorText(undo);
         }
+        throw;
+    }
+}
+
+bool SaveImageField(Recordset* rs, const QString& path)
+{
+    if (!rs)
+        return false;
+    try {
+        StoreImageFile(*rs, path);
+        return true;
+    } catch (const std::exception& e) {
         MsgError(QStringLiteral("Save image failed. ") + ErrSuffix(e));
         return false;
     }

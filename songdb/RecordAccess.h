@@ -25,5 +25,9 @@ void ReportNamesFromFieldFailure();
 bool LoadImageField(Recordset* rs, const QString& path);
 // Puts a file into image and image_len of the current row being edited or added, and updates it.
 bool SaveImageField(Recordset* rs, const QString& path);
+// The same two without their message box, for jobs off the interface thread: they throw instead. The
+// file is replaced only once it is whole; WriteImageFile answers false for a row without a photograph.
+bool WriteImageFile(Recordset& rs, const QString& path);
+void StoreImageFile(Recordset& rs, const QString& path);
 
 }  // namespace td
