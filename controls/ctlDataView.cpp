@@ -655,6 +655,25 @@ int ctlDataView::SelectAll()
     return n;
 }
 
+bool ctlDataView::ListCommand(const QString& keyword)
+{
+    if (keyword == u"first")
+        MoveFirst();
+    else if (keyword == u"previous")
+        MovePrevious();
+    else if (keyword == u"next")
+        MoveNext();
+    else if (keyword == u"last")
+        MoveLast();
+    else if (keyword == u"selectall")
+        SelectAll();
+    else if (keyword == u"deselect")
+        DeSelect();
+    else
+        return false;
+    return true;
+}
+
 int ctlDataView::DeSelect()
 {
     const int n = model_->rowCount();

@@ -86,6 +86,9 @@ public:
     int MoveTo(int index);
     int SelectAll();
     int DeSelect();
+    // The list's own commands as menus and buttons name them: "first", "previous", "next", "last",
+    // "selectall", "deselect" (lower case). False, doing nothing, for any other word.
+    bool ListCommand(const QString& keyword);
 
     bool AddViewItem(Bookmark bookmark, int& item);
     bool SaveViewItem(Bookmark bookmark, int item);

@@ -24,11 +24,6 @@ namespace {
 const QString kViewProperty = QStringLiteral("SongViewProperty");
 const QString kViewPreview = QStringLiteral("SongViewPreview");
 
-bool AppFlag(const QString& key)
-{
-    return NumericValue(AppIniRead(key, QStringLiteral("1"))) != 0;
-}
-
 QVBoxLayout* edgeToEdge(QWidget* panel)
 {
     auto* layout = new QVBoxLayout(panel);
@@ -63,11 +58,11 @@ void frmSong::buildPanelLayouts()
 
 bool frmSong::GetViewProperty() const
 {
-    return AppFlag(kViewProperty);
+    return ViewSetting(kViewProperty);
 }
 bool frmSong::GetViewPreview() const
 {
-    return AppFlag(kViewPreview);
+    return ViewSetting(kViewPreview);
 }
 
 // The setting is stored at once, and the menu's check mark follows it.
@@ -97,19 +92,8 @@ void frmSong::resizeEvent(QResizeEvent*)
 
 void frmSong::ArrangeMain()
 {
-    const int w = width(), h = height();
-    const bool wanted = GetViewProperty() || GetViewPreview();
-    if (moveLeft_ >= w)
-        moveLeft_ = w * 2 / 3;
-    const int bar = lblMove_->width();
-    lblMove_->setGeometry(moveLeft_, 0, bar, h);
-    lblMove_->setVisible(wanted);
-    const int rightWidth = wanted ? std::max(0, w - moveLeft_ - bar) : 0;
-    picRight_->setGeometry(w - rightWidth, 0, rightWidth, h);
-    picRight_->setVisible(rightWidth > 0);
-    picButton_->setGeometry(0, 0, picButton_->width(), h);
-    const int viewWidth = w - rightWidth - picButton_->width() - (wanted ? bar : 0);
-    picView_->setGeometry(picButton_->width(), 0, std::max(0, viewWidth), h);
+    ArrangeSidePanels(this, {picButton_, picView_, lblMove_, picRight_}, moveLeft_,
+                      GetViewProperty() || GetViewPreview());
 }
 
 // The preview keeps a 4:3 picture over the panel's width, plus room for its frame and transport row.
@@ -138,16 +122,13 @@ void frmSong::ArrangeRight()
 
 void frmSong::moveMainSplitter(int left)
 {
-    moveLeft_ = std::clamp(left, TwipsToPixels(120, this),
-                           std::max(TwipsToPixels(120, this), width() - TwipsToPixels(240, this)));
+    moveLeft_ = SplitterPosition(left, width(), this);
     ArrangeMain();
 }
 
 void frmSong::moveRightSplitter(int top)
 {
-    const int h = picRight_->height();
-    move2Top_ = std::clamp(top, TwipsToPixels(120, this),
-                           std::max(TwipsToPixels(120, this), h - TwipsToPixels(240, this)));
+    move2Top_ = SplitterPosition(top, picRight_->height(), this);
     move2Settled_ = true;
     ArrangeRight();
 }

@@ -1,5 +1,9 @@
 #include "songbook/SplitterBar.h"
+#include "controls/Twips.h"
+#include "shell/services/AppError.h"
+#include "shell/services/Ini.h"
 #include <QMouseEvent>
+#include <algorithm>
 
 namespace td {
 
@@ -16,6 +20,33 @@ void SplitterBar::mouseMoveEvent(QMouseEvent* event)
         return;
     const QPoint at = event->position().toPoint();
     emit dragged(orientation_ == Qt::Vertical ? x() + at.x() : y() + at.y());
+}
+
+void ArrangeSidePanels(QWidget* window, const SidePanels& p, int& left, bool rightWanted)
+{
+    const int w = window->width(), h = window->height();
+    if (left >= w)
+        left = w * 2 / 3;
+    const int bar = p.bar->width();
+    p.bar->setGeometry(left, 0, bar, h);
+    p.bar->setVisible(rightWanted);
+    const int rightWidth = rightWanted ? std::max(0, w - left - bar) : 0;
+    p.right->setGeometry(w - rightWidth, 0, rightWidth, h);
+    p.right->setVisible(rightWidth > 0);
+    p.buttons->setGeometry(0, 0, p.buttons->width(), h);
+    const int viewWidth = w - rightWidth - p.buttons->width() - (rightWanted ? bar : 0);
+    p.view->setGeometry(p.buttons->width(), 0, std::max(0, viewWidth), h);
+}
+
+int SplitterPosition(int position, int extent, const QWidget* window)
+{
+    const int least = TwipsToPixels(120, window);
+    return std::clamp(position, least, std::max(least, extent - TwipsToPixels(240, window)));
+}
+
+bool ViewSetting(const QString& key)
+{
+    return NumericValue(AppIniRead(key, QStringLiteral("1"))) != 0;
 }
 
 }  // namespace td

@@ -1,5 +1,6 @@
 #pragma once
 #include <QFrame>
+#include <QString>
 
 namespace td {
 
@@ -20,5 +21,22 @@ protected:
 private:
     Qt::Orientation orientation_;
 };
+
+// The panels of a list window from left to right: the button bar, the list, the splitter and the
+// right-hand panel.
+struct SidePanels {
+    QWidget* buttons = nullptr;
+    QWidget* view = nullptr;
+    SplitterBar* bar = nullptr;
+    QWidget* right = nullptr;
+};
+
+// Lays the panels over the window: the right-hand panel takes what lies right of the splitter at left,
+// and no width when it is not wanted. A left at or beyond the window's width goes back to two thirds.
+void ArrangeSidePanels(QWidget* window, const SidePanels& panels, int& left, bool rightWanted);
+// A splitter position held between 120 twips and the extent less 240 twips.
+int SplitterPosition(int position, int extent, const QWidget* window);
+// A right-hand panel setting of the application INI ("SongViewProperty"): default "1", true unless 0.
+bool ViewSetting(const QString& key);
 
 }  // namespace td

@@ -150,19 +150,9 @@ void frmSong::ExecuteCommand(const QString& command)
     // Commands work on the whole list: one that is still filling completes first.
     if (c != u"refresh")
         ctlView_->FinishLoading();
-    if (c == u"first")
-        ctlView_->MoveFirst();
-    else if (c == u"previous")
-        ctlView_->MovePrevious();
-    else if (c == u"next")
-        ctlView_->MoveNext();
-    else if (c == u"last")
-        ctlView_->MoveLast();
-    else if (c == u"selectall")
-        ctlView_->SelectAll();
-    else if (c == u"deselect")
-        ctlView_->DeSelect();
-    else if (c == u"add") {
+    if (ctlView_->ListCommand(c))
+        return;
+    if (c == u"add") {
         const QString tab = tabRight_->tabBar()->tabData(tabRight_->currentIndex()).toString();
         if (tab == u"field")
             AddItem();
