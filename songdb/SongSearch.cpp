@@ -1,7 +1,10 @@
 #include "songdb/SongSearch.h"
 #include "shell/services/AppError.h"
 #include "shell/services/Translate.h"
+#include "songdb/Connection.h"
 #include "songdb/RecordAccess.h"
+#include "songdb/SongReadings.h"
+#include "songdb/SongSession.h"
 #include "songdb/SongStatements.h"
 #include <cmath>
 
@@ -259,6 +262,20 @@ int searchValue(const QString& path, const QString& value, Conditions& cond, Tex
 
 }  // namespace
 
+bool BringSongReadingsUpToDate()
+{
+    Connection* db = SongConnection();
+    if (!db)
+        return false;
+    try {
+        UpdateSongReadings(*db);
+        return true;
+    } catch (const AppError& e) {
+        ReportStatementFailure("UpdateSongReadings", QStringLiteral("song_reading"), e.description());
+        return false;
+    }
+}
+
 QString& SearchMode()
 {
     static QString mode;
@@ -286,7 +303,8 @@ QString SearchTypeCaption(const QString& key)
         {u"language", "Search by language"},
         {u"style", "Search by style"},
         {u"chars", "Search by char number"},
-        {u"title", "Search song by alphabet"}};
+        {u"title", "Search song by alphabet"},
+        {u"pinyin", "Search song by pinyin"}};
     for (const auto& [k, caption] : captions)
         if (key == QStringView(k))
             return TranslateText(QString::fromUtf8(caption));
@@ -362,6 +380,13 @@ int SongSearchTree(int grade, const QString& path, const QString& value, TextArr
     if (path == u"song") {
         if (!value.isEmpty() && value != u"*")
             cond.set(4, QStringLiteral("title = '") + value + u'\'');
+        return songList(cond.where(), names, keys);
+    }
+    if (path == u"pinyin") {
+        const QString pinyin = PinyinCondition(value);
+        if (!pinyin.isEmpty() && !BringSongReadingsUpToDate())
+            return -1;
+        cond.set(4, pinyin);
         return songList(cond.where(), names, keys);
     }
     if (value.isEmpty() || value == u"*")

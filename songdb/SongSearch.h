@@ -17,6 +17,10 @@ QString SearchTypeValuesStatement(int grade, const QString& code);
 int SearchTypeValuesFromRows(const QString& code, const Recordset& rs, TextArray& names, TextArray& keys);
 void ReportSearchTypeValuesFailure(const QString& code, const QString& sql, const QString& description);
 
+// Brings the pinyin readings of the open songbook's titles up to date before a pinyin search; a
+// failure shows its message and answers false.
+bool BringSongReadingsUpToDate();
+
 // Caption of a search type key, through TranslateText; empty for an unknown key.
 QString SearchTypeCaption(const QString& key);
 
