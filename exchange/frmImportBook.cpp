@@ -105,8 +105,9 @@ void frmImportBook::build()
     auto* page = new QVBoxLayout(this);
     page->addWidget(fraSource);
     page->addWidget(lblTo_);
-    page->addLayout(choices, 1);
+    page->addLayout(choices);
     page->addWidget(fraRemark);
+    page->addStretch(1);
     page->addLayout(buttons);
     resize(720, 400);
 }
