@@ -1,0 +1,93 @@
+// The songbook import of a generated songbook of 100,000 songs (a song database as its source) into an
+// empty songbook, beside the sqlite3 program copying the same table: ".dump song" piped into a new file.
+// Usage: bench_bookimport DATA_DIR [SONGS...]
+#include "BenchSupport.h"
+#include "exchange/SongbookImport.h"
+#include "shell/services/ConsoleJobHost.h"
+#include "songdb/Connection.h"
+#include "songdb/Schema.h"
+#include <QCoreApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QProcess>
+
+using namespace td;
+
+namespace {
+
+// Every question answered OK (No to "stop?"), nothing printed: the figures are what matters.
+class QuietHost : public ConsoleJobHost {
+public:
+    MsgAnswer Ask(const QString&, MsgButtons buttons, const QString& = {}) override
+    {
+        return buttons == MsgButtons::OkCancel ? MsgAnswer::Ok : MsgAnswer::No;
+    }
+    void Inform(const QString&, const QString& = {}) override {}
+};
+
+// Milliseconds for sqlite3 to dump the table and load it into a new file; -1 when it fails.
+double dumpCopyMs(const QString& source, const QString& copy)
+{
+    QFile::remove(copy);
+    // The song table's text columns sort in GB2312 order; the program learns it from an extension.
+    const QString command = QStringLiteral("sqlite3 '%1' '.dump song' | sqlite3 -bail -cmd '.load %2' '%3'")
+                                .arg(source, QStringLiteral(TUNEDESK_GB2312_EXTENSION), copy);
+    QProcess p;
+    QElapsedTimer timer;
+    timer.start();
+    p.start(QStringLiteral("bash"), {QStringLiteral("-o"), QStringLiteral("pipefail"), QStringLiteral("-c"), command});
+    if (!p.waitForFinished(-1) || p.exitCode() != 0) {
+        std::fprintf(stderr, "sqlite3: %s\n", p.readAllStandardError().constData());
+        return -1;
+    }
+    const double ms = double(timer.nsecsElapsed()) / 1e6;
+    QFile::remove(copy);
+    return ms;
+}
+
+bool measure(const QString& dataDir, int songs)
+{
+    const QString source = bench::Songbook(dataDir, songs);
+    const double sqliteMs = dumpCopyMs(source, QDir(dataDir).filePath(QStringLiteral("bookimport_dump.db")));
+    if (sqliteMs <= 0)
+        return false;
+
+    const QString target = QDir(dataDir).filePath(QStringLiteral("bookimport_target.db"));
+    QFile::remove(target);
+    CreateSongDatabase(target, QStringLiteral("English"));
+    auto db = OpenConnection(target);
+    SongbookImportSettings settings;
+    settings.source = source;
+    settings.indexClass = QStringLiteral("import");
+    QuietHost host;
+    QElapsedTimer timer;
+    timer.start();
+    const SongbookImportResult result = ImportSongbook(*db, settings, host);
+    const double importMs = double(timer.nsecsElapsed()) / 1e6;
+    db.reset();
+    QFile::remove(target);
+
+    const QByteArray name = QStringLiteral("bookimport_%1").arg(songs).toUtf8();
+    bench::Print((name + "_sqlite3_dump_ms").constData(), sqliteMs, "ms");
+    bench::Print((name + "_ms").constData(), importMs, "ms");
+    bench::Print((name + "_per_song_us").constData(), importMs * 1000.0 / songs, "us");
+    bench::Print("bookimport_ratio", importMs / sqliteMs, "x");
+    return result.songs == songs && host.failures() == 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
+    QCoreApplication app(argc, argv);
+    const QStringList args = bench::ArgumentsOrUsage(app, 2, "bench_bookimport DATA_DIR [SONGS...]");
+    if (args.isEmpty())
+        return 2;
+    bool ok = true;
+    for (int songs : bench::SongCounts(args, 2, {100000}))
+        ok = measure(args[1], songs) && ok;
+    if (!ok)
+        std::fprintf(stderr, "bench_bookimport: the import did not bring every song\n");
+    return ok ? 0 : 1;
+}
