@@ -1,13 +1,17 @@
 // The search panel over the song list, and the loading of the list.
 #include "controls/BusyWindow.h"
+#include "controls/JobRunner.h"
 #include "controls/ctlDataFields.h"
 #include "controls/ctlDataView.h"
 #include "shell/services/AppError.h"
 #include "shell/services/Dialogs.h"
+#include "shell/services/FilePaths.h"
 #include "shell/services/Translate.h"
 #include "songbook/frmSong.h"
 #include "songdb/BackgroundRead.h"
+#include "songdb/Connection.h"
 #include "songdb/RecordAccess.h"
+#include "songdb/SongReadings.h"
 #include "songdb/SongSearch.h"
 #include "songdb/SongSession.h"
 #include "songdb/SongStatements.h"
@@ -15,6 +19,7 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPushButton>
+#include <atomic>
 #include <utility>
 
 namespace td {
@@ -22,6 +27,9 @@ namespace td {
 namespace {
 
 const QString kSongSelector = QStringLiteral("song selector");
+const QString kPinyin = QStringLiteral("pinyin");
+// More titles than this waiting to be read in pinyin are read as a job with its progress window.
+constexpr qint64 kReadingsAsJob = 20000;
 
 // The condition of a search type on its value; the value has its quotes doubled already.
 QString SearchCondition(const QString& code, const QString& value)
@@ -32,6 +40,8 @@ QString SearchCondition(const QString& code, const QString& value)
         return {};
     if (code == u"song")
         return QStringLiteral("title like '%") + value + QStringLiteral("%'");
+    if (code == kPinyin)
+        return PinyinCondition(value);
     return u'[' + code + QStringLiteral("] like '%") + value + QStringLiteral("%'");
 }
 
@@ -60,6 +70,9 @@ void frmSong::LoadSearchType()
     cboSearchValue_->clear();
     TextArray names;
     SongSearchTree(1000, QString(), QString(), names, searchTypeCodes_);
+    // The pinyin search follows the tree's own types.
+    AppendItem(names, SearchTypeCaption(kPinyin));
+    AppendItem(searchTypeCodes_, kPinyin);
     for (int i = 1; i <= UBound(names); ++i)
         cboSearchType_->addItem(names[i]);
     cboSearchType_->setCurrentIndex(0);
@@ -81,7 +94,7 @@ void frmSong::cboSearchType_Click()
     cboSearchValue_->clear();
     searchValueCodes_ = NewTextArray();
     const QString code = searchCode();
-    if (code == u"song")
+    if (code == u"song" || code == kPinyin)
         return;
     valuesRead_->cancel();
     valuesCursor_.reset();
@@ -138,12 +151,47 @@ bool frmSong::LoadData()
 {
     QString value = cboSearchValue_->currentText();
     value.replace(u'\'', QStringLiteral("''"));
+    if (searchCode() == kPinyin && !PinyinCondition(value).isEmpty() && !pinyinReadingsReady())
+        return false;
     TextArray conditions = NewTextArray();
     AppendItem(conditions,
                QStringLiteral("(region in (") + GetRegionList() + QStringLiteral(") or region is null)"));
     AppendItem(conditions, SearchCondition(searchCode(), value));
     return LoadList(
         SongRecordsetSql(QStringLiteral("*"), QStringLiteral("Song"), JoinConditions(conditions), QString()));
+}
+
+// Titles changed since the last pinyin search are read at once. A songbook that has no readings yet
+// has every title read once, as a job with its progress; the search runs when the job is through.
+bool frmSong::pinyinReadingsReady()
+{
+    Connection* db = SongConnection();
+    qint64 waiting = 0;
+    try {
+        waiting = db ? SongReadingsWaiting(*db) : 0;
+    } catch (const AppError&) {
+        return BringSongReadingsUpToDate();
+    }
+    if (waiting < kReadingsAsJob)
+        return BringSongReadingsUpToDate();
+    auto* runner = new JobRunner(this);
+    auto done = std::make_shared<std::atomic_bool>(false);
+    const QString file = SongDatabaseFile();
+    runner->start(
+        [file, done](JobHost& host) {
+            try {
+                auto own = OpenConnection(IsServerAddress(file) ? file : NativePath(file));
+                *done = UpdateSongReadings(*own, &host);
+            } catch (const std::exception& e) {
+                host.Fail(QStringLiteral("UpdateSongReadings failed!") + ErrSuffix(e));
+            }
+        },
+        [this, runner, done] {
+            runner->deleteLater();
+            if (*done)
+                LoadData();
+        });
+    return false;
 }
 
 void frmSong::ListReadFailed(const QString& sql, const QString& description)

@@ -55,6 +55,7 @@ public:
     bool DeleteItem();
     bool IndexItems();
     bool RecountChars();
+    void DetectSongChannels();
     int CountSongs();
     void ResetGrade();
 
@@ -114,6 +115,7 @@ private:
     void cboSearchType_Click();
     void cmdSearch_Click();
     QString searchCode() const;
+    bool pinyinReadingsReady();
 
     // Layout
     void ArrangeMain();
