@@ -4,7 +4,6 @@
 #include "shell/services/Ini.h"
 #include "songdb/Connection.h"
 #include "songdb/Recordset.h"
-#include <QDate>
 #include <QHash>
 #include <optional>
 
@@ -458,12 +457,6 @@ void SaveSongbookImportDefaults(const SongbookImportSettings& settings)
 QString DefaultImportSource(const QString& databaseFile)
 {
     return ParentPath(databaseFile) + QStringLiteral("/song.db");
-}
-
-QString SongbookImportRemark(const QString& source)
-{
-    return QStringLiteral("Import from ") + source + QStringLiteral(" at ") +
-           QDate::currentDate().toString(QStringLiteral("yyyy-MM-dd"));
 }
 
 SongbookImportResult ImportSongbook(Connection& db, const SongbookImportSettings& settings, JobHost& host)

@@ -39,8 +39,7 @@ void SaveSongbookImportDefaults(const SongbookImportSettings& settings);
 
 // The source the wizard proposes: song.db beside the database in use, the file an upgrade leaves.
 QString DefaultImportSource(const QString& databaseFile);
-// "Import from <source> at <yyyy-MM-dd>".
-QString SongbookImportRemark(const QString& source);
+// The remark the wizard offers is LibraryImportRemark's: "Import from <source> at <yyyy-MM-dd>".
 
 // The songbook import of the wizard and of tunedesk-admin "import": asks whether to import from the
 // source, then moves first all songs, then all singers into the database db (the file databaseFile),

@@ -1,5 +1,6 @@
 #include "exchange/frmImportBook.h"
 #include "exchange/AccessDatabase.h"
+#include "exchange/LibraryImport.h"
 #include "exchange/SongbookImport.h"
 #include "exchange/frmExportBook.h"
 #include "regions/WindowText.h"
@@ -127,7 +128,7 @@ void frmImportBook::load()
         txtFrom_->setText(defaults.indexFrom);
     chkDeleteSong_->setChecked(defaults.deleteSongs);
     chkDeleteSinger_->setChecked(defaults.deleteSingers);
-    txtRemark_->setText(SongbookImportRemark(lblFrom_->text()));
+    txtRemark_->setText(LibraryImportRemark(lblFrom_->text()));
 }
 
 // The GBK box follows the code page of each Access 97 file chosen; other files need no choice.

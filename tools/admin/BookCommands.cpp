@@ -1,30 +1,17 @@
 // The songbook exchange: importing another songbook (a song database or a legacy Access .mdb), and
 // exporting this one to song.db.
 #include "exchange/AccessDatabase.h"
+#include "exchange/LibraryImport.h"
 #include "exchange/SongbookExport.h"
 #include "exchange/SongbookImport.h"
 #include "shell/services/AppError.h"
 #include "songdb/Connection.h"
 #include "tools/admin/AdminCommand.h"
+#include "tools/admin/ImportHost.h"
 #include <QFileInfo>
 
 namespace td::admin {
 namespace {
-
-// The wizard's defaults answer its questions: go on with so many songs and singers, go on checking
-// after a crash (the songs are then not imported), import the singers whose names did not crash, and
-// go on after a failed row. Each crash and each failure is a line on stderr.
-class ImportBookToTheEnd : public RunToTheEndWithProgress {
-public:
-    MsgAnswer Ask(const QString& text, MsgButtons buttons, const QString& title = {}) override
-    {
-        if (!title.isEmpty() || text.startsWith(QStringLiteral("An error take place"))) {
-            Fail(text.split(QStringLiteral("\r\n")).first());
-            return buttons == MsgButtons::OkCancel ? MsgAnswer::Ok : MsgAnswer::No;
-        }
-        return RunToTheEndWithProgress::Ask(text, buttons, title);
-    }
-};
 
 AccessReadOptions::Gbk gbkOption(const QString& value)
 {
@@ -68,9 +55,9 @@ int importBook(QStringList args)
         settings.indexFrom = from;
     settings.deleteSongs = settings.deleteSongs || deleteSongs;
     settings.deleteSingers = settings.deleteSingers || deleteSingers;
-    settings.remark = remark.isEmpty() ? SongbookImportRemark(settings.source) : remark;
+    settings.remark = remark.isEmpty() ? LibraryImportRemark(settings.source) : remark;
     settings.access.gbk = gbkOption(gbk);
-    ImportBookToTheEnd host;
+    ImportToTheEnd host;
     const SongbookImportResult result = ImportSongbook(*db, settings, host);
     if (result.songCrash)
         throw Failure{QStringLiteral("nothing imported: song indexes crashed")};

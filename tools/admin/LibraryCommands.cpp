@@ -8,6 +8,7 @@
 #include "songdb/Connection.h"
 #include "songdb/SongStatements.h"
 #include "tools/admin/AdminCommand.h"
+#include "tools/admin/ImportHost.h"
 
 namespace td::admin {
 namespace {
@@ -28,22 +29,6 @@ int libraryUpdate(const QStringList& args)
     UpdateLibrary(*db, root, host);
     return host.failures() == 0 ? 0 : kUsageError;
 }
-
-// The library import wizard's defaults answer its questions: go on with so many files, and go on
-// checking after a crashed index (the import then stops with nothing added). Each crash and each
-// failed file is a line on stderr; a failed file is passed over.
-class ImportToTheEnd : public RunToTheEndWithProgress {
-public:
-    MsgAnswer Ask(const QString& text, MsgButtons buttons, const QString& title = {}) override
-    {
-        if (!title.isEmpty() || text.startsWith(QStringLiteral("An error take place"))) {
-            Fail(text.split(QStringLiteral("\r\n")).first());
-            return buttons == MsgButtons::OkCancel ? MsgAnswer::Ok : MsgAnswer::No;
-        }
-        return RunToTheEndWithProgress::Ask(text, buttons, title);
-    }
-
-};
 
 QString configValue(Connection& db, const QString& key, const QString& def)
 {
