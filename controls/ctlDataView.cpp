@@ -819,4 +819,14 @@ void ListItems::EnsureVisible(int index)
     view_.lvwMain_->scrollTo(view_.model_->index(index - 1, 0));
 }
 
+void ListItems::SelectOnly(int index)
+{
+    QList<int> before;
+    view_.GetViewSelections(before);
+    for (qsizetype i = 1; i < before.size(); ++i)
+        setSelected(before[i], false);
+    setSelected(index, true);
+    EnsureVisible(index);
+}
+
 }  // namespace td

@@ -33,6 +33,8 @@ public:
     // would each cost every later row insertion a look at every range.
     void setSelected(int from, int to, bool selected);
     void EnsureVisible(int index);
+    // The one selected item, brought into view, as after an add.
+    void SelectOnly(int index);
 
 private:
     ctlDataView& view_;

@@ -313,12 +313,7 @@ bool frmSinger::AddItem()
     // The photograph shown goes to the new singer unless the operator cleared or replaced it.
     if (ctlFields_->AddData(bookmark) && (photoFile_.isEmpty() || savePhotoTo(bookmark.toLongLong())) &&
         trap.run([&] { return ctlView_->AddViewItem(bookmark.toLongLong(), item); })) {
-        ListItems& items = ctlView_->MainItems();
-        const QList<int> selected = selection();
-        for (qsizetype i = 1; i < selected.size(); ++i)
-            items.setSelected(selected[i], false);
-        items.setSelected(item, true);
-        items.EnsureVisible(item);
+        ctlView_->MainItems().SelectOnly(item);
         SetLogPane(QStringLiteral("1 singer added!"));
         ok = true;
     } else {
@@ -520,8 +515,7 @@ bool frmSinger::GetViewPreview() const
 
 void frmSinger::setViewFlag(const QString& key, const char* menuEntry, bool visible)
 {
-    AppIniWrite(key, visible ? QStringLiteral("1") : QStringLiteral("0"));
-    Frame().setMenuChecked(QString::fromLatin1(menuEntry), visible);
+    StoreViewSetting(Frame(), key, menuEntry, visible);
     arrangeMain();
     arrangeRight();
 }

@@ -85,12 +85,7 @@ bool frmSong::AddItem()
     int item = 0;
     if (ctlFields_->AddData(bookmark) &&
         trap.run([&] { return ctlView_->AddViewItem(bookmark.toLongLong(), item); })) {
-        ListItems& items = ctlView_->MainItems();
-        const QList<int> selected = selection();
-        for (qsizetype i = 1; i < selected.size(); ++i)
-            items.setSelected(selected[i], false);
-        items.setSelected(item, true);
-        items.EnsureVisible(item);
+        ctlView_->MainItems().SelectOnly(item);
         SetLogPane(QStringLiteral("1 added!"));
         ok = true;
     } else {

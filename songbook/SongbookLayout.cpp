@@ -68,8 +68,7 @@ bool frmSong::GetViewPreview() const
 // The setting is stored at once, and the menu's check mark follows it.
 void frmSong::setViewFlag(const QString& key, const char* menuEntry, bool visible)
 {
-    AppIniWrite(key, visible ? QStringLiteral("1") : QStringLiteral("0"));
-    Frame().setMenuChecked(QString::fromLatin1(menuEntry), visible);
+    StoreViewSetting(Frame(), key, menuEntry, visible);
     ArrangeMain();
     ArrangeRight();
 }

@@ -49,4 +49,10 @@ bool ViewSetting(const QString& key)
     return NumericValue(AppIniRead(key, QStringLiteral("1"))) != 0;
 }
 
+void StoreViewSetting(WindowFrame& frame, const QString& key, const char* menuEntry, bool visible)
+{
+    AppIniWrite(key, visible ? QStringLiteral("1") : QStringLiteral("0"));
+    frame.setMenuChecked(QString::fromLatin1(menuEntry), visible);
+}
+
 }  // namespace td

@@ -1,4 +1,5 @@
 #pragma once
+#include "controls/WindowFrame.h"
 #include <QFrame>
 #include <QString>
 
@@ -38,5 +39,7 @@ void ArrangeSidePanels(QWidget* window, const SidePanels& panels, int& left, boo
 int SplitterPosition(int position, int extent, const QWidget* window);
 // A right-hand panel setting of the application INI ("SongViewProperty"): default "1", true unless 0.
 bool ViewSetting(const QString& key);
+// Stores such a setting at once, and the check mark of its menu entry follows it.
+void StoreViewSetting(WindowFrame& frame, const QString& key, const char* menuEntry, bool visible);
 
 }  // namespace td
