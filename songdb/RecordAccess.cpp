@@ -6,12 +6,12 @@
 #include "songdb/StoreLog.h"
 #include <QFile>
 #include <QSaveFile>
+#include <algorithm>
 #include <cmath>
 
 namespace td {
 
 namespace {
-constexpr qsizetype kLoadBlock = 10000;
 constexpr qsizetype kSaveBlock = 100000;
 
 bool selectsAll(const QString& where)
@@ -96,11 +96,9 @@ bool WriteImageFile(Recordset& rs, const QString& path)
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly))
         throw AppError(file.errorString());
-    const Field image = rs.Fields(QStringLiteral("image"));
-    for (qsizetype block = 0; block < length / kLoadBlock; ++block)
-        file.write(image.GetChunk(kLoadBlock));
-    if (length % kLoadBlock > 0)
-        file.write(image.GetChunk(length % kLoadBlock));
+    // Read once and written once: chunk by chunk, a photograph of many megabytes took minutes.
+    const QByteArray image = rs.Fields(QStringLiteral("image")).Value().toByteArray();
+    file.write(image.constData(), std::min(length, image.size()));
     if (!file.commit())
         throw AppError(file.errorString());
     return true;
@@ -134,10 +132,14 @@ void StoreImageFile(Recordset& rs, const QString& path)
                 throw AppError(file.errorString());
             const qint64 size = file.size();
             if (size >= 1) {
+                // The blocks are gathered first and appended once, so a big photograph is not copied
+                // again at every block.
                 const auto blocks = qint64(std::nearbyint(double(size) / double(kSaveBlock)));
-                image.AppendChunk(readPadded(file, qsizetype(size % kSaveBlock) + 1));
+                QByteArray padded = readPadded(file, qsizetype(size % kSaveBlock) + 1);
+                padded.reserve(padded.size() + qsizetype(blocks) * (kSaveBlock + 1));
                 for (qint64 b = 1; b <= blocks; ++b)
-                    image.AppendChunk(readPadded(file, kSaveBlock + 1));
+                    padded += readPadded(file, kSaveBlock + 1);
+                image.AppendChunk(padded);
                 length.setValue(size);
             }
         }

@@ -283,6 +283,16 @@ TEST_F(SingerExchangeTest, FilesThatAreNoJpegAreRefusedAndChangeNothing)
     EXPECT_EQ(photoOf(*target, QStringLiteral("Padded")), padded);
 }
 
+TEST_F(SingerExchangeTest, A30MegabytePhotographTravelsWhole)
+{
+    const QByteArray big = photograph(30 * 1024 * 1024 + 7, 15);
+    add(*source, {QStringLiteral("Big"), big, kNull, kNull, kNull});
+    EXPECT_EQ(ExportSingers(*source, folder(), host).exported, 1);
+    EXPECT_EQ(readAll(inFolder(QStringLiteral("Big.jpg"))), big);
+    EXPECT_EQ(ImportSingers(*target, folder(), host).images, 1);
+    EXPECT_EQ(photoOf(*target, QStringLiteral("Big")), big);
+}
+
 TEST_F(SingerExchangeTest, EmptyTableAndCancelledCountStillSayHowManyWereExported)
 {
     ExportSingers(*source, folder(), host);
