@@ -168,7 +168,7 @@ bool frmSong::pinyinReadingsReady()
     Connection* db = SongConnection();
     qint64 waiting = 0;
     try {
-        waiting = db ? SongReadingsWaiting(*db) : 0;
+        waiting = db && !db->readOnly() ? SongReadingsWaiting(*db) : 0;
     } catch (const AppError&) {
         return BringSongReadingsUpToDate();
     }

@@ -8,6 +8,8 @@ namespace td {
 
 // The search tree of the songbook: given a node (path) and a value, the items of that node with
 // display names and keys (first at 1). Answers the item count, 0 for none, -1 when a statement failed.
+// The path "pinyin" lists the songs whose title reads in pinyin as the value begins (SongReadings.h);
+// the root leaves it out, and the songbook offers it after the root's types.
 int SongSearchTree(int grade, const QString& path, const QString& value, TextArray& names, TextArray& keys);
 
 // The values offered when a search type is chosen (the tree's node of that type with no value),
