@@ -1,4 +1,5 @@
 #include "config/frmDatabase.h"
+#include "config/frmSystemConfig.h"
 #include "regions/WindowText.h"
 #include "shell/services/AppPaths.h"
 #include "shell/services/Dialogs.h"
@@ -88,6 +89,11 @@ frmDatabase::frmDatabase(WindowFrame& frame) : QDialog(frame.dialogOwner())
     connect(cmdBrowse_, &QPushButton::clicked, this, &frmDatabase::browse);
     connect(cmdOpen_, &QPushButton::clicked, this, &frmDatabase::open);
     connect(cmdCancel_, &QPushButton::clicked, this, &frmDatabase::cancel);
+    // The button stays hidden; the system wizard stands ready behind it.
+    connect(cmdSystem_, &QPushButton::clicked, this, [this] {
+        OwnerFrame owner(this);
+        frmSystemConfig(owner).exec();
+    });
     ExportWindowText(this);
     ApplyWindowText(this);
     layoutWindow();
