@@ -52,6 +52,7 @@ QTreeWidget* makeList(QWidget* parent, const char* name, const char* first, cons
     list->setHeaderLabels(
         {TranslateText(QString::fromLatin1(first)), TranslateText(QString::fromLatin1(second))});
     list->header()->setSectionResizeMode(QHeaderView::Stretch);
+    list->setMinimumWidth(520);
     return list;
 }
 
