@@ -1,4 +1,5 @@
 #include "libraries/DiscCopy.h"
+#include "shell/services/ConsoleJobHost.h"
 #include "support/TempAppDir.h"
 #include <QDir>
 #include <QFile>
@@ -10,13 +11,8 @@ namespace td::test {
 namespace {
 
 // A job host that keeps what the job reports.
-class RecordingHost : public JobHost {
+class RecordingHost : public ConsoleJobHost {
 public:
-    void StartProcess(const QString&, const QString&, qint64, qint64, bool) override {}
-    void Processing(qint64) override {}
-    bool IsProcessCanceled() override { return false; }
-    void ResumeProcess() override {}
-    void EndProcess() override {}
     MsgAnswer Ask(const QString& text, MsgButtons, const QString&) override
     {
         said << text;
