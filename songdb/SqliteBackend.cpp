@@ -204,6 +204,7 @@ const SqlDialect& SqliteBackend::dialect() const
 
 void SqliteBackend::close()
 {
+    rowStatements_.clear();
     if (db_)
         sqlite3_close_v2(db_);
     db_ = nullptr;
@@ -359,7 +360,7 @@ qint64 SqliteBackend::insertRow(const QString& table, const ColumnValues& values
         values.empty() ? QStringLiteral("INSERT INTO ") + SqlName(table) + QStringLiteral(" DEFAULT VALUES")
                        : QStringLiteral("INSERT INTO ") + SqlName(table) + QStringLiteral(" (") +
                              names.join(u", ") + QStringLiteral(") VALUES (") + marks.join(u", ") + u')';
-    SqliteStatement st(db_, sql);
+    SqliteStatement st(db_, sql, rowStatements_);
     for (std::size_t i = 0; i < values.size(); ++i)
         st.bind(int(i) + 1, values[i].second);
     st.step();
@@ -380,7 +381,7 @@ void SqliteBackend::updateRow(const QString& table, qint64 key, const ColumnValu
                   QStringLiteral(" WHERE rowid=?");
     for (const auto& check : checks)
         sql += QStringLiteral(" AND ") + check;
-    SqliteStatement st(db_, sql);
+    SqliteStatement st(db_, sql, rowStatements_);
     int i = 1;
     for (const auto& [name, value] : values)
         st.bind(i++, value);
@@ -395,8 +396,8 @@ void SqliteBackend::updateRow(const QString& table, qint64 key, const ColumnValu
 void SqliteBackend::removeRow(const QString& table, qint64 key)
 {
     checkWritable();
-    SqliteStatement st(db_,
-                       QStringLiteral("DELETE FROM ") + SqlName(table) + QStringLiteral(" WHERE rowid=?"));
+    SqliteStatement st(db_, QStringLiteral("DELETE FROM ") + SqlName(table) + QStringLiteral(" WHERE rowid=?"),
+                       rowStatements_);
     st.bind(1, key);
     st.step();
     if (sqlite3_changes(db_) == 0)
@@ -416,9 +417,10 @@ bool SqliteBackend::readRow(const QString& table, qint64 key, RowStore& into, qs
     }
     if (names.isEmpty())
         return true;
-    SqliteStatement st(requireOpen(), QStringLiteral("SELECT ") + names.join(u", ") +
-                                          QStringLiteral(" FROM ") + SqlName(table) +
-                                          QStringLiteral(" WHERE rowid=?"));
+    SqliteStatement st(requireOpen(),
+                       QStringLiteral("SELECT ") + names.join(u", ") + QStringLiteral(" FROM ") + SqlName(table) +
+                           QStringLiteral(" WHERE rowid=?"),
+                       rowStatements_);
     st.bind(1, key);
     if (!st.step())
         return false;

@@ -1,4 +1,5 @@
 #pragma once
+#include "songdb/SqliteStatement.h"
 #include "songdb/Backend.h"
 #include <QString>
 #include <atomic>
@@ -55,6 +56,7 @@ private:
     QString file_;
     int busyTimeoutMs_ = 0;
     std::atomic<bool> interrupted_{false};
+    StatementCache rowStatements_;
 };
 
 }  // namespace td

@@ -18,21 +18,38 @@ QString SqlName(const QString& name)
 
 SqliteStatement::SqliteStatement(sqlite3* db, const QString& sql) : db_(db)
 {
+    prepare(sql);
+}
+
+SqliteStatement::SqliteStatement(sqlite3* db, const QString& sql, StatementCache& cache)
+    : db_(db), stmt_(cache.take(sql)), cache_(&cache), text_(sql)
+{
+    if (!stmt_)
+        prepare(sql);
+}
+
+void SqliteStatement::prepare(const QString& sql)
+{
     const QByteArray utf8 = sql.toUtf8();
     const char* tail = nullptr;
-    if (sqlite3_prepare_v2(db, utf8.constData(), int(utf8.size()), &stmt_, &tail) != SQLITE_OK)
-        throw AppError(SqliteError(db));
+    if (sqlite3_prepare_v2(db_, utf8.constData(), int(utf8.size()), &stmt_, &tail) != SQLITE_OK)
+        throw AppError(SqliteError(db_));
     if (!stmt_)
         throw AppError(QStringLiteral("The SQL statement is empty."));
     for (; tail && *tail; ++tail)
-        if (!QChar(QLatin1Char(*tail)).isSpace() && *tail != ';')
+        if (!QChar(QLatin1Char(*tail)).isSpace() && *tail != ';') {
+            sqlite3_finalize(stmt_);  // a constructor that throws has no destructor to do it
             throw AppError(
                 QStringLiteral("Only one statement can run at a time: text after ';' is not allowed."));
+        }
 }
 
 SqliteStatement::~SqliteStatement()
 {
-    sqlite3_finalize(stmt_);
+    if (cache_ && stmt_)
+        cache_->give(text_, stmt_);
+    else
+        sqlite3_finalize(stmt_);
 }
 
 void SqliteStatement::bind(int index, const QVariant& value)
@@ -88,6 +105,35 @@ bool SqliteStatement::step()
     if (rc == SQLITE_DONE)
         return false;
     throw AppError(SqliteError(db_));
+}
+
+StatementCache::~StatementCache()
+{
+    clear();
+}
+
+sqlite3_stmt* StatementCache::take(const QString& sql)
+{
+    return statements_.take(sql);
+}
+
+void StatementCache::give(const QString& sql, sqlite3_stmt* stmt)
+{
+    constexpr qsizetype kMostKept = 64;  // a few per table and column set
+    sqlite3_reset(stmt);
+    sqlite3_clear_bindings(stmt);
+    if (statements_.contains(sql) || statements_.size() >= kMostKept) {
+        sqlite3_finalize(stmt);
+        return;
+    }
+    statements_.insert(sql, stmt);
+}
+
+void StatementCache::clear()
+{
+    for (sqlite3_stmt* stmt : std::as_const(statements_))
+        sqlite3_finalize(stmt);
+    statements_.clear();
 }
 
 }  // namespace td

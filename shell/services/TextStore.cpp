@@ -16,13 +16,12 @@ QString header(const QString& section)
 
 // The section's body: from its header's own line break up to and including the CR before the next
 // header. A body that is not the last one therefore ends in a lone CR.
-QString sectionBody(const QString& text, qsizetype headerAt, const QString& section)
+// A view, since a song file is read key by key for every song of an import.
+QStringView sectionBody(QStringView text, qsizetype headerAt, const QString& section)
 {
-    QString rest = text.mid(headerAt + 3 + section.size());
-    const qsizetype next = rest.indexOf(QStringLiteral("\r\n["));
-    if (next >= 0)
-        rest.truncate(next + 1);
-    return rest;
+    const QStringView rest = text.mid(headerAt + 3 + section.size());
+    const qsizetype next = rest.indexOf(u"\r\n[");
+    return next >= 0 ? rest.left(next + 1) : rest;
 }
 
 }  // namespace
@@ -80,16 +79,16 @@ QString ReadTextValue(const QString& text, const QString& section, const QString
     const qsizetype at = text.indexOf(header(section));
     if (at < 0)
         return def;
-    const QString body = sectionBody(text, at, section);
+    const QStringView body = sectionBody(text, at, section);
     const QString marker = u'\n' + key + u'=';
     const qsizetype k = body.indexOf(marker);
     if (k < 0)
         return def;
-    QString value = body.mid(k + marker.size());
+    QStringView value = body.mid(k + marker.size());
     const qsizetype cr = value.indexOf(u'\r');
     if (cr >= 0)
-        value.truncate(cr);
-    return value;
+        value = value.left(cr);
+    return value.toString();
 }
 
 void WriteTextValue(QString& text, const QString& section, const QString& key, const QString& value)
@@ -99,7 +98,7 @@ void WriteTextValue(QString& text, const QString& section, const QString& key, c
         text += header(section) + key + u'=' + value + kCrLf;
         return;
     }
-    const QString oldBody = sectionBody(text, at, section);
+    const QString oldBody = sectionBody(text, at, section).toString();
     const QString marker = u'\n' + key + u'=';
     const qsizetype k = oldBody.indexOf(marker);
     QString newBody;
