@@ -18,6 +18,13 @@ struct SqlDialect {
     // PREFIXin(x,i,lo,hi) for ">=lo And <hi" (hi NULL: ">=lo" alone), PREFIXupper_is(x,i,c) for
     // UCASE(...)=c, PREFIXin_or_upper_is(x,i,lo,hi,c) for both joined by "or". Empty: none.
     QString characterFunctions = {};
+    bool foldNames = false;   // [Name] becomes "name": the store keeps names in lower case
+    QString likeOperator = {};  // in place of "like" (one that ignores case where "like" does not)
+    QString emptyList = {};     // inside the "()" of "in ()", where the store refuses an empty list
+    QString nowFunction = {};   // Now() and Date() as calls without arguments; empty: SQLite's forms
+    QString dateFunction = {};
+    // The key of a table's rows where it differs from table to table; empty answer: no key.
+    std::function<QString(const QString& table)> rowKeyOf = {};
 };
 
 using ColumnValues = std::vector<std::pair<QString, QVariant>>;

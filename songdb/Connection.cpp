@@ -1,6 +1,7 @@
 #include "songdb/Connection.h"
 #include "shell/services/AppError.h"
 #include "songdb/JetSql.h"
+#include "songdb/PostgresBackend.h"
 #include "songdb/SqliteBackend.h"
 
 namespace td {
@@ -83,9 +84,9 @@ bool IsServerAddress(const QString& location)
 
 std::unique_ptr<Connection> OpenConnection(const QString& location, const OpenOptions& options)
 {
-    // Without this, SQLite would take the address for a file name and report a missing file.
     if (IsServerAddress(location))
-        throw AppError(QStringLiteral("PostgreSQL databases are not available in this version."));
+        return std::make_unique<Connection>(
+            std::make_shared<PostgresBackend>(location, options.busyTimeoutMs, options.readOnly));
     if (location.endsWith(QStringLiteral(".mdb"), Qt::CaseInsensitive))
         throw AppError(QStringLiteral("Reading Access databases (.mdb) is not available in this version."));
     auto backend =

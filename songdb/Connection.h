@@ -48,7 +48,8 @@ struct OpenOptions {
 // A postgresql:// address of a database server rather than a file path.
 bool IsServerAddress(const QString& location);
 
-// Opens the database at a location: a SQLite file. Throws AppError when the store refuses it
+// Opens the database at a location: a SQLite file, or a database on a PostgreSQL server by its
+// postgresql://user@host:port/dbname address (busyTimeoutMs is then also the time to connect). Throws AppError when the store refuses it
 // (not a database, locked, unreadable); the connection is then not left half open.
 std::unique_ptr<Connection> OpenConnection(const QString& location, const OpenOptions& options = {});
 

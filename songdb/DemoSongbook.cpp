@@ -2,10 +2,12 @@
 #include "shell/services/AppError.h"
 #include "songdb/Connection.h"
 #include "songdb/DemoMedia.h"
+#include "songdb/PostgresBackend.h"
 #include "songdb/Schema.h"
 #include "songdb/SqliteBackend.h"
 #include "songdb/SqliteStatement.h"
 #include <QDir>
+#include <QFile>
 #include <QStringList>
 #include <random>
 
@@ -156,7 +158,19 @@ QString CreateDemoSongbook(const QString& dir, const DemoOptions& options)
                   QStringLiteral("insert into library (root_path, shared_as, name, remark) values ('") +
                       library + QStringLiteral("', '\\library', 'Demo library', 'generated')"),
                   QStringLiteral("commit")});
-    return path;
+    if (options.database.isEmpty())
+        return path;
+    // The server's songbook is the same demo, copied over and the file removed.
+    CreateSongDatabase(options.database, options.language);
+    auto server = OpenConnection(options.database);
+    auto& pg = static_cast<PostgresBackend&>(server->backend());
+    for (const char* table : {"song", "singer", "region", "library"})
+        pg.copyRows(QString::fromLatin1(table),
+                    *db->backend().query(QStringLiteral("SELECT * FROM ") + QString::fromLatin1(table), false,
+                                         nullptr));
+    db.reset();
+    QFile::remove(path);
+    return options.database;
 }
 
 }  // namespace td

@@ -71,9 +71,13 @@ public:
         st.sql = joined() + limit;
         if (st.kind == TranslatedStatement::Kind::Rows) {
             st.baseTable = singleTable();
+            const QString key = st.baseTable.isEmpty() ? QString()
+                                : dialect_.rowKeyOf    ? dialect_.rowKeyOf(st.baseTable)
+                                                       : dialect_.rowKey;
+            if (key.isEmpty())
+                st.baseTable.clear();
             if (!st.baseTable.isEmpty()) {
-                out_[std::size_t(sig_[0])] +=
-                    QLatin1Char(' ') + dialect_.rowKey + QStringLiteral(" AS td_key,");
+                out_[std::size_t(sig_[0])] += QLatin1Char(' ') + key + QStringLiteral(" AS td_key,");
                 st.keyedSql = joined() + limit;
             }
         }
@@ -119,10 +123,14 @@ private:
             case TokenKind::String:
                 return jet::QuoteLiteral(tok.text);
             case TokenKind::Bracket:
-                return jet::QuoteName(tok.text);
+                return jet::QuoteName(dialect_.foldNames ? tok.text.toLower() : tok.text);
             case TokenKind::Symbol:
                 if (tok.text == u"&")
                     return QStringLiteral("||");
+                if (tok.text == u"(" && !dialect_.emptyList.isEmpty() && sigIndexOf(t) > 0 &&
+                    sigLower(sigIndexOf(t) - 1) == u"in" &&
+                    sigText(sigIndexOf(t) + 1) == u")")
+                    return u'(' + dialect_.emptyList;
                 return tok.text;
             case TokenKind::Number:
                 return tok.text;
@@ -147,6 +155,8 @@ private:
             return QStringLiteral("1");
         if (lower == u"false")
             return QStringLiteral("0");
+        if (lower == u"like" && !dialect_.likeOperator.isEmpty())
+            return dialect_.likeOperator;
         const bool call = sigText(s + 1) == u"(" && !isKeywordBeforeParen(lower) &&
                           !(s > 0 && introducesTable(sigLower(s - 1)));
         return call ? renderCall(s, tok.text) : tok.text;
@@ -217,6 +227,8 @@ private:
         if (lower == u"now" || lower == u"date") {
             if (sigText(s + 2) != u")")
                 throw unsupported(name + QStringLiteral("() with arguments"));
+            if (!dialect_.nowFunction.isEmpty())
+                return lower == u"now" ? dialect_.nowFunction : dialect_.dateFunction;
             pendingAfter_[s + 1] += QStringLiteral("'now','localtime'");
             return lower == u"now" ? QStringLiteral("datetime") : QStringLiteral("date");
         }

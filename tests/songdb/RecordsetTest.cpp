@@ -63,6 +63,7 @@ TEST_F(RecordsetTest, EmptyResultIsBothBofAndEof)
 
 TEST_F(RecordsetTest, FieldTypesFollowTheDeclaredTypes)
 {
+    SKIP_ON_SERVER("a bare column beside an aggregate without group by");
     auto rs = open("select id, [index], chars, title, lupd_time, 1.5 as x, count(*) as n from song");
     const std::pair<const char*, int> expected[] = {
         {"id", adInteger},     {"index", adInteger}, {"chars", adSmallInt}, {"title", adVarWChar},
@@ -137,6 +138,7 @@ TEST_F(RecordsetTest, FailedRequeryKeepsTheRows)
 // A date shows one text, whether a field or a list reads it, in whatever form it was written.
 TEST_F(RecordsetTest, DateFieldTextIsTheListText)
 {
+    SKIP_ON_SERVER("any text kept in a date column");
     const std::pair<const char*, const char*> cases[] = {{"'2024-06-01 07:08:09'", "2024-06-01 07:08:09"},
                                                          {"'2024-06-01T07:08:09'", "2024-06-01 07:08:09"},
                                                          {"'2024-06-01'", "2024-06-01 00:00:00"},
@@ -230,6 +232,7 @@ TEST(Gb2312Order, ChineseSortsByPinyinInitialAndLettersIgnoreCase)
     for (; !rs->IsEOF(); rs->MoveNext())
         order << rs->Fields(0).Text();
     EXPECT_EQ(order.join(u','), QString::fromUtf8("apple,Zoo,啊朋友,八月,擦肩,中国"));
+    SKIP_ON_SERVER("'=' on texts without regard to the case of ASCII letters");
     EXPECT_EQ(
         file.db().openRecordset(QStringLiteral("select * from song where title='APPLE'"))->RecordCount(), 1);
 }
@@ -263,6 +266,7 @@ TEST(SelectInto, CopiesRowsAndTypesIntoAnotherFile)
 
 TEST(SqliteBackend, WriterWaitsForLockThenFails)
 {
+    SKIP_ON_SERVER("the file lock");
     SongFile file;
     file.db().execute(QStringLiteral("begin immediate"));
     file.db().execute(QStringLiteral("insert into region (name) values ('x')"));

@@ -3,7 +3,26 @@
 
 namespace td::test {
 
-SongFile::SongFile(const QString& language) : path_(dir_.filePath(QStringLiteral("song.db")))
+namespace {
+SongLocationMaker& locationMaker()
+{
+    static SongLocationMaker maker;
+    return maker;
+}
+}  // namespace
+
+void SetSongLocationMaker(SongLocationMaker maker)
+{
+    locationMaker() = std::move(maker);
+}
+
+bool SongFilesOnServer()
+{
+    return bool(locationMaker());
+}
+
+SongFile::SongFile(const QString& language)
+    : path_(locationMaker() ? locationMaker()(dir_.path()) : dir_.filePath(QStringLiteral("song.db")))
 {
     CreateSongDatabase(path_, language);
     db_ = OpenConnection(path_);

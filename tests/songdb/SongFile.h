@@ -2,15 +2,27 @@
 #include "songdb/Connection.h"
 #include <QString>
 #include <QTemporaryDir>
+#include <functional>
 #include <memory>
 
 namespace td::test {
 
-// A new song database in a temporary folder, with a connection to it.
+// Where a test makes its new song database: by default a file in the test's temporary folder; a
+// test program for another store sets this once, before its first test, to give a new address.
+using SongLocationMaker = std::function<QString(const QString& dir)>;
+void SetSongLocationMaker(SongLocationMaker maker);
+// Whether the tests' songbooks lie on a database server; cases about what only a SQLite file does
+// skip themselves there.
+bool SongFilesOnServer();
+#define SKIP_ON_SERVER(why)                         \
+    if (::td::test::SongFilesOnServer())            \
+    GTEST_SKIP() << "only a SQLite file does this: " << why
+
+// A new song database in a temporary folder (or where the location maker says), with a connection.
 class SongFile {
 public:
     explicit SongFile(const QString& language = QStringLiteral("English"));
-    QString path() const { return path_; }
+    QString path() const { return path_; }  // a file path or a server address
     QString dir() const { return dir_.path(); }
     Connection& db() { return *db_; }
     std::unique_ptr<Connection> second() const;  // another console on the same file

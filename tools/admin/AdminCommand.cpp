@@ -89,7 +89,7 @@ void expectArgs(const QStringList& args, qsizetype min, qsizetype max)
 
 std::unique_ptr<Connection> openExisting(const QString& file)
 {
-    if (!QFileInfo(file).isFile())
+    if (!IsServerAddress(file) && !QFileInfo(file).isFile())
         throw Failure{QStringLiteral("no such database file: ") + file};
     return OpenConnection(file);
 }

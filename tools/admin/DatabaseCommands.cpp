@@ -20,6 +20,8 @@ int create(QStringList args)
     const QString language = option(args, QStringLiteral("--language"), QStringLiteral("English"));
     const bool asTemplate = flag(args, QStringLiteral("--template"));
     expectArgs(args, 1, 1);
+    if (asTemplate && IsServerAddress(args[0]))
+        throw Failure{QStringLiteral("--template makes a file, not a database on a server")};
     if (asTemplate)
         CreateTemplateDatabase(args[0]);
     else
@@ -35,6 +37,9 @@ int demo(QStringList args)
     if (!ok || options.songs < 0)
         throw Failure{QStringLiteral("--songs needs a number of songs")};
     options.media = !flag(args, QStringLiteral("--no-media"));
+    options.database = option(args, QStringLiteral("--database"), {});
+    if (!options.database.isEmpty() && !IsServerAddress(options.database))
+        throw Failure{QStringLiteral("--database needs a postgresql://user@host:port/dbname address")};
     expectArgs(args, 1, 1);
     print(CreateDemoSongbook(args[0], options));
     return 0;
@@ -67,8 +72,8 @@ int sql(QStringList args)
 int search(QStringList args)
 {
     expectArgs(args, 2, 3);
-    const QString file = QFileInfo(args[0]).absoluteFilePath();
-    if (!QFileInfo(file).isFile())
+    const QString file = IsServerAddress(args[0]) ? args[0] : QFileInfo(args[0]).absoluteFilePath();
+    if (!IsServerAddress(file) && !QFileInfo(file).isFile())
         throw Failure{QStringLiteral("no such database file: ") + args[0]};
     QTemporaryDir scratch;
     SetAppPath(scratch.path());
@@ -89,8 +94,9 @@ int search(QStringList args)
     return 0;
 }
 
+// FILE may also be a postgresql://user@host:port/dbname address.
 const CommandRegistration createCommand("create", "create FILE [--language NAME] [--template]", create);
-const CommandRegistration demoCommand("demo", "demo DIR [--songs N] [--no-media]", demo);
+const CommandRegistration demoCommand("demo", "demo DIR [--songs N] [--no-media] [--database ADDRESS]", demo);
 const CommandRegistration sqlCommand("sql", "sql FILE STATEMENT", sql);
 const CommandRegistration searchCommand("search", "search FILE PATH [VALUE]", search);
 
