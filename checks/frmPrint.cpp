@@ -89,7 +89,7 @@ void frmPrint::build()
     lstSelect_->setSelectionMode(QAbstractItemView::MultiSelection);
     lstSelect_->setMinimumWidth(170);
     static_cast<QGridLayout*>(fraSelect->layout())->addWidget(lstSelect_, 0, 0);
-    grid->addWidget(fraSelect, 0, 0, 2, 1);
+    grid->addWidget(fraSelect, 0, 0, 3, 1);
 
     QGroupBox* fraWhere = frameWithGrid("fraWhere", "Select songs to be printed", this);
     auto* where = static_cast<QGridLayout*>(fraWhere->layout());
@@ -130,7 +130,9 @@ void frmPrint::build()
                          "Needs a printer of the system or prints to PDF; the list is also saved as an .xlsx workbook",
                          this);
     lblRequired_->setWordWrap(true);
-    grid->addWidget(lblRequired_, 2, 0, 1, 2);
+    // The list takes the height the window gives; the conditions and orders keep theirs.
+    grid->setRowStretch(2, 1);
+    grid->addWidget(lblRequired_, 3, 0, 1, 2);
 
     auto* buttons = new QHBoxLayout;
     cmdPreview_ = new QPushButton(QStringLiteral("Preview (&P)"), this);
@@ -143,7 +145,7 @@ void frmPrint::build()
     buttons->addWidget(cmdPreview_);
     buttons->addWidget(cmdSave_);
     buttons->addWidget(cmdClose_);
-    grid->addLayout(buttons, 3, 0, 1, 2);
+    grid->addLayout(buttons, 4, 0, 1, 2);
     grid->setColumnStretch(1, 1);
 
     connect(cmdPreview_, &QPushButton::clicked, this, [this] { PreviewSonglist(); });
