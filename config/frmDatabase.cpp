@@ -51,6 +51,8 @@ frmDatabase::frmDatabase(WindowFrame& frame) : QDialog(frame.dialogOwner())
     txtLocal_ = new QLineEdit(fraLocal_);
     txtLocal_->setObjectName(QStringLiteral("txtLocal"));
     txtLocal_->setMinimumWidth(420);
+    // A database server is named by its address in the same box as a file.
+    txtLocal_->setPlaceholderText(QStringLiteral("song.db  |  postgresql://user@host:port/dbname"));
     cmdBrowse_ = new QPushButton(QStringLiteral("Browse ... (&B)"), fraLocal_);
     cmdBrowse_->setObjectName(QStringLiteral("cmdBrowse"));
     auto* localRow = new QHBoxLayout(fraLocal_);

@@ -4,6 +4,7 @@
 #include "shell/services/AppError.h"
 #include "songdb/Schema.h"
 #include "songdb/SongSession.h"
+#include "songdb/SongStatements.h"
 #include "support/QtApp.h"
 #include "support/ScriptedDialogs.h"
 #include "support/TempAppDir.h"
