@@ -4,6 +4,7 @@
 #include "shell/services/AppPaths.h"
 #include "shell/services/FilePaths.h"
 #include "shell/services/Ini.h"
+#include "shell/services/IniDocument.h"
 #include "songdb/Connection.h"
 #include "songdb/RecordAccess.h"
 #include "songdb/Recordset.h"
@@ -131,12 +132,19 @@ private:
                 return;
             const QString base = QDir(folder_).filePath(SingerFileName(name));
             WriteImageFile(rs, base + QStringLiteral(".jpg"));
+            // The keys go into the file as they stand in it, written once rather than key by key.
+            const QString info = base + QStringLiteral(".inf");
+            IniDocument doc = IniDocument::load(info);
+            bool anyValue = false;
             for (const InfoKey& k : kInfoKeys) {
                 const Field field = rs.Fields(QString::fromLatin1(k.field));
-                if (!field.IsNull() &&
-                    !IniWrite(base + QStringLiteral(".inf"), kDefault, QString::fromLatin1(k.key), field.Text()))
-                    throw AppError(QStringLiteral("Can't write ") + base + QStringLiteral(".inf"));
+                if (!field.IsNull()) {
+                    doc.setValue(kDefault, QString::fromLatin1(k.key), field.Text());
+                    anyValue = true;
+                }
             }
+            if (anyValue && !doc.save(info))
+                throw AppError(QStringLiteral("Can't write ") + info);
             ++result_.exported;
         } catch (const std::exception& e) {
             host_.Fail(QStringLiteral("Can't export singer <") + name + QStringLiteral(">!") + ErrSuffix(e));
