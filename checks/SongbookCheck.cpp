@@ -243,7 +243,9 @@ CheckOutcome CheckSongs(Connection& db, const CheckSettings& settings, JobHost& 
         report.openingBlock(QStringLiteral("             Check songs in Songbook - "));
         std::unique_ptr<Recordset> rs;
         try {
-            rs = db.openRecordset(QStringLiteral("select * from song"));
+            // The fields the check reads and writes; the rest of a song plays no part.
+            rs = db.openRecordset(
+                QStringLiteral("select id, [index], title, library, media_file, remark from song"));
         } catch (const std::exception&) {
             host.Fail(QStringLiteral("CheckSong failed!"));
             out.stopped = true;
@@ -261,20 +263,19 @@ CheckOutcome CheckSongs(Connection& db, const CheckSettings& settings, JobHost& 
             const int media = rs->FieldIndex(u"media_file");
             const int remark = rs->FieldIndex(u"remark");
             const QString missing = QStringLiteral("Error - media file missing");
-            rs->MoveFirst();
-            for (qint64 done = 1; !rs->IsEOF(); ++done) {
+            for (qsizetype r = 0; r < rs->RecordCount(); ++r) {
                 try {
-                    const bool stored = !rs->Fields(library).IsNull() && !rs->Fields(media).IsNull();
-                    const QString path =
-                        NativePath(LinkFileByPath(rs->Fields(library).Text(), rs->Fields(media).Text()));
+                    const bool stored = !rs->isNull(r, library) && !rs->isNull(r, media);
+                    const QString path = NativePath(LinkFileByPath(rs->text(r, library), rs->text(r, media)));
                     if (!stored || FileKind(path) != u"f") {
                         ++out.errors;
-                        const Field number = rs->Fields(index);
-                        report.text(number.IsNull() ? QString() : CheckReport::printedNumber(number.Value().toLongLong()))
+                        report.text(rs->isNull(r, index) ? QString()
+                                                          : CheckReport::printedNumber(rs->value(r, index).toLongLong()))
                             .tab(20)
-                            .text(rs->Fields(title).Text())
+                            .text(rs->text(r, title))
                             .tab(40)
                             .line(path);
+                        rs->setAbsolutePosition(r + 1);
                         rs->Fields(remark).setValue(missing);
                         rs->Update();
                     }
@@ -287,13 +288,12 @@ CheckOutcome CheckSongs(Connection& db, const CheckSettings& settings, JobHost& 
                         return out;
                     }
                 }
-                host.Processing(done);
+                host.Processing(r + 1);
                 if (JobStopWanted(host)) {
                     out.stopped = true;
                     host.EndProcess();
                     return out;
                 }
-                rs->MoveNext();
             }
         }
         rs->Close();
