@@ -166,6 +166,8 @@ void frmSong::ExecuteCommand(const QString& command)
         IndexItems();
     else if (c == u"chars")
         RecountChars();
+    else if (c == u"channels")
+        DetectSongChannels();
     else if (c == u"refresh")
         LoadData();
     else if (c == u"showproperty" || c == u"hideproperty")
