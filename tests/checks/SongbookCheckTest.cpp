@@ -12,24 +12,12 @@
 
 using namespace td;
 using td::test::CheckHost;
+using td::test::rowsOf;
 
 namespace {
 
 const QString kStars = QString(9, u' ') + u' ' + QString(70, u'*');
 const QString kRule = QString(80, u'-');
-
-QStringList rowsOf(Connection& db, const QString& sql)
-{
-    auto rs = db.openRecordset(sql);
-    QStringList out;
-    for (qsizetype r = 0; r < rs->RecordCount(); ++r) {
-        QStringList cells;
-        for (int c = 0; c < rs->FieldCount(); ++c)
-            cells << rs->text(r, c);
-        out << cells.join(u'|');
-    }
-    return out;
-}
 
 // The libraries lie below the current directory, so the roots and the report lines are the same in
 // every run.
