@@ -1,4 +1,5 @@
 #pragma once
+#include "shell/services/AppError.h"
 #include "songdb/RowStore.h"
 #include <QString>
 #include <QVariant>
@@ -28,6 +29,23 @@ struct SqlDialect {
 };
 
 using ColumnValues = std::vector<std::pair<QString, QVariant>>;
+
+// The failures every store reports in the same words.
+inline AppError StoreClosedError()
+{
+    return AppError(QStringLiteral("Operation is not allowed when the object is closed."));
+}
+inline AppError StoreReadOnlyError()
+{
+    return AppError(QStringLiteral("Cannot update. Database or object is read-only."));
+}
+// A row write whose row is gone, or whose changed columns no longer hold what was read.
+inline AppError RowGoneError()
+{
+    return AppError(
+        QStringLiteral("Row cannot be located for updating. Some values may have been changed "
+                       "since it was last read."));
+}
 
 // One open database. Every caller reaches it through a Connection, which translates Jet SQL into
 // the native statements this interface takes. Failures throw AppError with the store's error text.

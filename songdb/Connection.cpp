@@ -16,7 +16,7 @@ void Connection::throwClosed() const
 {
     if (!refusal_.isEmpty())
         throw AppError(refusal_);
-    throw AppError(QStringLiteral("Operation is not allowed when the object is closed."));
+    throw StoreClosedError();
 }
 
 bool Connection::isOpen() const
@@ -40,7 +40,7 @@ RecordSource Connection::prepareRead(const QString& jetSql)
     const TranslatedStatement st = TranslateJetSql(jetSql, backend_->dialect());
     if (st.kind != TranslatedStatement::Kind::Rows) {
         execute(jetSql);  // runs, and like ADO gives no open recordset for a statement without rows
-        throw AppError(QStringLiteral("Operation is not allowed when the object is closed."));
+        throw StoreClosedError();
     }
     RecordSource source{backend_, jetSql, st.sql, {}, false};
     if (!st.keyedSql.isEmpty() && !backend_->readOnly()) {

@@ -60,13 +60,6 @@ int adoTypeOf(Oid type)
     }
 }
 
-AppError rowGone()
-{
-    return AppError(
-        QStringLiteral("Row cannot be located for updating. Some values may have been changed "
-                       "since it was last read."));
-}
-
 QString errorOf(const PGresult* r, pg_conn* conn)
 {
     const char* primary = r ? PQresultErrorField(r, PG_DIAG_MESSAGE_PRIMARY) : nullptr;
@@ -243,7 +236,7 @@ void PostgresBackend::close()
 pg_conn* PostgresBackend::requireOpen() const
 {
     if (!conn_)
-        throw AppError(QStringLiteral("Operation is not allowed when the object is closed."));
+        throw StoreClosedError();
     return conn_;
 }
 
@@ -251,7 +244,7 @@ void PostgresBackend::checkWritable() const
 {
     requireOpen();
     if (readOnly_)
-        throw AppError(QStringLiteral("Cannot update. Database or object is read-only."));
+        throw StoreReadOnlyError();
 }
 
 PostgresBackend::Result PostgresBackend::run(const QString& sql, const std::vector<QVariant>& values)
@@ -519,7 +512,7 @@ void PostgresBackend::updateRow(const QString& table, qint64 key, const ColumnVa
         sql += QStringLiteral(" AND ") + quoted(name.toLower()) + QStringLiteral(" IS NOT DISTINCT FROM ") +
                mark(value);
     if (execute(sql, params) == 0)
-        throw rowGone();
+        throw RowGoneError();
 }
 
 void PostgresBackend::removeRow(const QString& table, qint64 key)
@@ -528,7 +521,7 @@ void PostgresBackend::removeRow(const QString& table, qint64 key)
     const QString sql = QStringLiteral("DELETE FROM ") + quoted(table.toLower()) + QStringLiteral(" WHERE ") +
                         quoted(keyColumn(table)) + QStringLiteral("=$1");
     if (execute(sql, {QVariant::fromValue(key)}) == 0)
-        throw rowGone();
+        throw RowGoneError();
 }
 
 qint64 PostgresBackend::execute(const QString& sql, const std::vector<QVariant>& params)

@@ -36,13 +36,6 @@ int watchStatementStart(unsigned, void*, void* statement, void* text)
     return 0;
 }
 
-AppError rowGone()
-{
-    return AppError(
-        QStringLiteral("Row cannot be located for updating. Some values may have been changed "
-                       "since it was last read."));
-}
-
 QString utf8(const char* text)
 {
     return text ? QString::fromUtf8(text) : QString();
@@ -213,7 +206,7 @@ void SqliteBackend::close()
 sqlite3* SqliteBackend::requireOpen() const
 {
     if (!db_)
-        throw AppError(QStringLiteral("Operation is not allowed when the object is closed."));
+        throw StoreClosedError();
     return db_;
 }
 
@@ -221,7 +214,7 @@ void SqliteBackend::checkWritable() const
 {
     requireOpen();
     if (readOnly_)
-        throw AppError(QStringLiteral("Cannot update. Database or object is read-only."));
+        throw StoreReadOnlyError();
 }
 
 std::unique_ptr<RowStore> SqliteBackend::query(const QString& sql, bool keyed, std::vector<qint64>* keys)
@@ -390,7 +383,7 @@ void SqliteBackend::updateRow(const QString& table, qint64 key, const ColumnValu
         st.bind(i++, value);
     st.step();
     if (sqlite3_changes(db_) == 0)
-        throw rowGone();
+        throw RowGoneError();
 }
 
 void SqliteBackend::removeRow(const QString& table, qint64 key)
@@ -401,7 +394,7 @@ void SqliteBackend::removeRow(const QString& table, qint64 key)
     st.bind(1, key);
     st.step();
     if (sqlite3_changes(db_) == 0)
-        throw rowGone();
+        throw RowGoneError();
 }
 
 bool SqliteBackend::readRow(const QString& table, qint64 key, RowStore& into, qsizetype row)

@@ -64,8 +64,8 @@ TEST_F(OpenDatabase, ServerAddressThatDoesNotAnswerFailsTheOpening)
     pointAt(QStringLiteral("postgresql://ktv@127.0.0.1:1/songs"));
     EXPECT_FALSE(SongOpenDatabase());
     ASSERT_EQ(dialogs.messages().size(), 1);
-    EXPECT_TRUE(dialogs.messages()[0].startsWith(u"Open song database failed!  Err=")) << dialogs.messages()[0];
-    EXPECT_TRUE(dialogs.messages()[0].contains(u"127.0.0.1")) << dialogs.messages()[0];
+    EXPECT_TRUE(dialogs.messages()[0].startsWith(u"Open song database failed!  Err=")) << dialogs.messages()[0].toStdString();
+    EXPECT_TRUE(dialogs.messages()[0].contains(u"127.0.0.1")) << dialogs.messages()[0].toStdString();
     EXPECT_FALSE(SongDatabaseOpen());
     EXPECT_EQ(SongConnection(), nullptr);
 }
