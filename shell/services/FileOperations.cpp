@@ -3,8 +3,12 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
+#include <QRandomGenerator>
 #include <QSet>
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace td {
 namespace {
@@ -24,12 +28,43 @@ bool writeHiddenList(const QString& dir, const QStringList& names)
     const QString path = dir + u'/' + kHiddenList;
     if (names.isEmpty())
         return !QFileInfo::exists(path) || QFile::remove(path);
-    QSaveFile f(path);
-    if (!f.open(QIODevice::WriteOnly))
-        return false;
-    f.write(names.join(u'\n').toUtf8() + '\n');
-    return f.commit();
+    return ReplaceFileContents(path, names.join(u'\n').toUtf8() + '\n', true);
 }
+
+}  // namespace
+
+// The temporary has a name from the start: an unnamed one (O_TMPFILE, as QSaveFile makes) is linked in
+// through /proc, which a process acting as another user may not do.
+bool ReplaceFileContents(const QString& path, const QByteArray& bytes, bool flush)
+{
+    const QByteArray target = QFile::encodeName(path);
+    QByteArray temp;
+    int fd = -1;
+    for (int attempt = 0; fd < 0 && attempt < 16; ++attempt) {
+        temp = target + '.' + QByteArray::number(QRandomGenerator::global()->generate(), 36);
+        fd = ::open(temp.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+        if (fd < 0 && errno != EEXIST)
+            return false;
+    }
+    if (fd < 0)
+        return false;
+    bool ok = ::fchmod(fd, 0644) == 0;
+    for (qsizetype done = 0; ok && done < bytes.size();) {
+        const ssize_t n = ::write(fd, bytes.constData() + done, size_t(bytes.size() - done));
+        if (n < 0 && errno == EINTR)
+            continue;
+        ok = n > 0;
+        done += ok ? n : 0;
+    }
+    ok = ok && (!flush || ::fsync(fd) == 0);
+    ok = ::close(fd) == 0 && ok;
+    ok = ok && ::rename(temp.constData(), target.constData()) == 0;
+    if (!ok)
+        ::unlink(temp.constData());
+    return ok;
+}
+
+namespace {
 
 bool hasWildcard(const QString& name)
 {

@@ -28,6 +28,9 @@ bool IsCdromDrive(const QString& driveRoot);
 enum FileOp { FO_MOVE = 1, FO_COPY = 2, FO_DELETE = 3, FO_RENAME = 4 };
 // Copy, move, rename or delete; the source may carry wildcards ("dir/*.*"); missing target folders
 // are created without asking.
+// Writes bytes to a new file beside path and renames it over path, so a reader never sees half of it;
+// flushed to disk first where asked. False, with nothing left behind, when any step fails.
+bool ReplaceFileContents(const QString& path, const QByteArray& bytes, bool flush);
 bool FileOperation(int op, const QString& source, const QString& target);
 
 // Marks a file hidden the way Linux desktops read it: its name goes into the folder's ".hidden" list.

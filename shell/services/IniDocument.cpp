@@ -1,6 +1,6 @@
 #include "shell/services/IniDocument.h"
 #include <QFile>
-#include <QSaveFile>
+#include "shell/services/FilePaths.h"
 
 namespace td {
 namespace {
@@ -51,17 +51,12 @@ IniDocument IniDocument::load(const QString& file)
 
 bool IniDocument::save(const QString& file) const
 {
-    QSaveFile f(file);
-    if (!f.open(QIODevice::WriteOnly))
-        return false;
     QByteArray bytes;
     for (const QString& line : lines_) {
         bytes += line.toUtf8();
         bytes += '\n';
     }
-    if (f.write(bytes) != bytes.size())
-        return false;
-    return f.commit();
+    return ReplaceFileContents(file, bytes, true);
 }
 
 int IniDocument::findSection(const QString& section) const

@@ -1,7 +1,7 @@
 #include "shell/services/TextStore.h"
 #include "shell/services/AppError.h"
+#include "shell/services/FilePaths.h"
 #include <QFile>
-#include <QTemporaryFile>
 #include <cstdio>
 
 namespace td {
@@ -63,14 +63,8 @@ bool WriteTextStore(const QString& path, const QString& text)
     // Written anew each time, to a temporary file renamed over the old one, so a reader never sees half
     // of it. Not flushed to disk as QSaveFile would: a library update writes one file per song, and a
     // flush each made an update of 100,000 songs take many minutes.
-    QTemporaryFile f(path + QStringLiteral(".XXXXXX"));
-    if (!f.open() || f.write(bytes) != bytes.size() || !f.flush())
+    if (!ReplaceFileContents(path, bytes, false))
         throw AppError(QStringLiteral("Path/File access error: ") + path);
-    f.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ReadGroup |
-                     QFileDevice::ReadOther);
-    if (::rename(QFile::encodeName(f.fileName()).constData(), QFile::encodeName(path).constData()) != 0)
-        throw AppError(QStringLiteral("Path/File access error: ") + path);
-    f.setAutoRemove(false);
     return true;
 }
 
