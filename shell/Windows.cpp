@@ -1,11 +1,17 @@
+#include "checks/frmCheckBook.h"
+#include "checks/frmPrint.h"
 #include "config/frmOptions.h"
+#include "exchange/frmExportBook.h"
+#include "exchange/frmImportBook.h"
 #include "exchange/frmImportLib.h"
+#include "libraries/frmCopyDisc.h"
 #include "libraries/frmLibMana.h"
 #include "regions/frmAvailableRegion.h"
 #include "regions/frmDefaultRegion.h"
 #include "regions/frmGlobeRegion.h"
 #include "shell/Main.h"
 #include "shell/mdiMain.h"
+#include "singers/frmSinger.h"
 #include "songbook/frmSong.h"
 
 namespace td {
@@ -23,10 +29,29 @@ void RegisterWindows()
                             [](WindowFrame& frame) { return new frmDefaultRegion(frame); });
     mdiMain::registerWindow(QStringLiteral("frmOptions"),
                             [](WindowFrame& frame) { return new frmOptions(frame); });
+    mdiMain::registerWindow(QStringLiteral("frmImportBook"),
+                            [](WindowFrame& frame) { return new frmImportBook(frame); });
+    mdiMain::registerWindow(QStringLiteral("frmExportBook"),
+                            [](WindowFrame& frame) { return new frmExportBook(frame); });
     mdiMain::registerWindow(QStringLiteral("frmLibMana"),
                             [](WindowFrame& frame) { return new frmLibMana(frame); });
+    mdiMain::registerWindow(QStringLiteral("frmSinger"), [](WindowFrame& frame) { return new frmSinger(frame); });
+    mdiMain::registerWindow(QStringLiteral("frmCheckBook"),
+                            [](WindowFrame& frame) { return new frmCheckBook(frame); });
+    mdiMain::registerWindow(QStringLiteral("frmPrint"), [](WindowFrame& frame) { return new frmPrint(frame); });
     // The library manager's "update songbook" opens the import wizard over the frame.
     frmLibMana::SetImportWizard([](QWidget* owner, const QString& root) { ShowImportLibrary(root, owner); });
+    mdiMain::registerWindow(QStringLiteral("frmCopyDisc"),
+                            [](WindowFrame& frame) { return new frmCopyDisc(frame); });
+    // Each track the disc copy puts into a library becomes a song through the songbook, opened if need be.
+    frmCopyDisc::SetAddFiles([](const TextArray& files) {
+        mdiMain* main = MainFrame();
+        QWidget* songbook = main ? main->child(QStringLiteral("frmSong")) : nullptr;
+        if (main && !songbook)
+            songbook = main->ShowWindow(QStringLiteral("frmSong"));
+        auto* song = qobject_cast<frmSong*>(songbook);
+        return song ? song->AddFiles(files) : 0;
+    });
 }
 
 }  // namespace td

@@ -83,6 +83,7 @@ void mdiMain::buildMenus()
     addEntry(m, "mnuSongDelete", "Delete (&D)", "Ctrl+D", song("delete"));
     addEntry(m, "mnuSongIndex", "Index (&X)", nullptr, song("index"));
     addEntry(m, "mnuSongCount", "Recount chars ... (&C)", nullptr, song("chars"));
+    addEntry(m, "mnuSongChannels", "Detect channels ... (&H)", nullptr, song("channels"));
     sep(m);
     addEntry(m, "mnuSongPreview", "Preview (&V)", "Ctrl+V", play("preview"));
     addEntry(m, "mnuSongPlay", "Play (&P)", "Ctrl+P", play("p"));

@@ -5,10 +5,10 @@ set -euo pipefail
 
 packages=(
   build-essential cmake ccache pkg-config
-  qt6-base-dev qt6-qpa-plugins libsqlite3-dev sqlite3 libpq-dev postgresql
-  libmpv-dev mdbtools-dev libxlsxwriter-dev libasound2-dev pulseaudio libasound2-plugins
+  qt6-base-dev qt6-qpa-plugins libicu-dev libsqlite3-dev sqlite3 libpq-dev postgresql
+  libmpv-dev libavformat-dev libavcodec-dev libswresample-dev libavutil-dev espeak-ng mdbtools-dev libxlsxwriter-dev libasound2-dev pulseaudio libasound2-plugins
   googletest libgtest-dev libgmock-dev
-  xvfb xauth ffmpeg poppler-utils fonts-wqy-microhei libgl-dev xdotool libgl1-mesa-dri
+  xvfb xauth ffmpeg poppler-utils fonts-wqy-microhei libgl-dev xdotool libgl1-mesa-dri xorriso unzip
 )
 
 missing=()

@@ -1,4 +1,5 @@
 #include "config/frmDatabase.h"
+#include "config/frmSystemConfig.h"
 #include "shell/AboutBox.h"
 #include "shell/Main.h"
 #include "shell/mdiMain.h"
@@ -68,11 +69,12 @@ QSet<QString> windowKeys()
     {
         mdiMain frame;
         frmDatabase database;
+        frmSystemConfig system;
         AboutBox about;
         // The songbook reads its format files and lists its search types from an open database.
         RegisterWindows();
         for (const char* window : {"frmSong", "frmAvailableRegion", "frmGlobeRegion", "frmDefaultRegion",
-                                   "frmOptions", "frmLibMana"})
+                                   "frmOptions", "frmLibMana", "frmSinger", "frmCopyDisc"})
             frame.ShowWindow(QString::fromLatin1(window));
         for (const char* entry : {"mnuLogin", "mnuChangePassword"})
             frame.menuAction(QString::fromLatin1(entry))->trigger();
