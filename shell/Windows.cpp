@@ -13,8 +13,35 @@
 #include "shell/mdiMain.h"
 #include "singers/frmSinger.h"
 #include "songbook/frmSong.h"
+#include <QTimer>
 
 namespace td {
+
+namespace {
+
+// Each track the disc copy puts into a library becomes a song through the songbook, opened if need be.
+// A songbook that is still reading its list takes the tracks once it has it, in the order they came.
+int AddCopiedTracks(const TextArray& files)
+{
+    mdiMain* main = MainFrame();
+    if (!main)
+        return 0;
+    auto* song = qobject_cast<frmSong*>(main->child(QStringLiteral("frmSong")));
+    if (!song) {
+        song = qobject_cast<frmSong*>(main->ShowWindow(QStringLiteral("frmSong")));
+        if (song)
+            song->LoadData();
+    }
+    if (!song)
+        return 0;
+    if (song->ListLoading()) {
+        QTimer::singleShot(50, song, [files] { AddCopiedTracks(files); });
+        return 0;
+    }
+    return song->AddFiles(files);
+}
+
+}  // namespace
 
 void RegisterWindows()
 {
@@ -43,15 +70,7 @@ void RegisterWindows()
     frmLibMana::SetImportWizard([](QWidget* owner, const QString& root) { ShowImportLibrary(root, owner); });
     mdiMain::registerWindow(QStringLiteral("frmCopyDisc"),
                             [](WindowFrame& frame) { return new frmCopyDisc(frame); });
-    // Each track the disc copy puts into a library becomes a song through the songbook, opened if need be.
-    frmCopyDisc::SetAddFiles([](const TextArray& files) {
-        mdiMain* main = MainFrame();
-        QWidget* songbook = main ? main->child(QStringLiteral("frmSong")) : nullptr;
-        if (main && !songbook)
-            songbook = main->ShowWindow(QStringLiteral("frmSong"));
-        auto* song = qobject_cast<frmSong*>(songbook);
-        return song ? song->AddFiles(files) : 0;
-    });
+    frmCopyDisc::SetAddFiles(AddCopiedTracks);
 }
 
 }  // namespace td

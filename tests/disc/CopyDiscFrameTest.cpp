@@ -32,7 +32,8 @@ bool waitWhile(const std::function<bool()>& busy)
     return !busy();
 }
 
-TEST(CopyDiscFrame, TheToolsEntryOpensTheWindowAndEachCopiedTrackBecomesASong)
+// The copy from the Tools menu, the songbook open with its list read beforehand or not open at all.
+void copyThroughTheFrame(bool songbookOpen)
 {
     EnsureQtApp();
     if (!CanMakeImages())
@@ -56,11 +57,13 @@ TEST(CopyDiscFrame, TheToolsEntryOpensTheWindowAndEachCopiedTrackBecomesASong)
     {
         RegisterWindows();
         mdiMain frame;
-        auto* song = dynamic_cast<frmSong*>(frame.ShowWindow(QStringLiteral("frmSong")));
-        ASSERT_NE(song, nullptr);
-        song->tmrLoadData()->stop();
-        ASSERT_TRUE(song->LoadData());
-        ASSERT_TRUE(waitWhile([song] { return song->ListLoading(); }));
+        if (songbookOpen) {
+            auto* song = dynamic_cast<frmSong*>(frame.ShowWindow(QStringLiteral("frmSong")));
+            ASSERT_NE(song, nullptr);
+            song->tmrLoadData()->stop();
+            ASSERT_TRUE(song->LoadData());
+            ASSERT_TRUE(waitWhile([song] { return song->ListLoading(); }));
+        }
 
         frame.menuAction(QStringLiteral("mnuToolCopy"))->trigger();
         auto* copy = frame.findChild<frmCopyDisc*>();
@@ -69,6 +72,17 @@ TEST(CopyDiscFrame, TheToolsEntryOpensTheWindowAndEachCopiedTrackBecomesASong)
         copy->cmdCopy()->click();
         ASSERT_TRUE(waitWhile([copy] { return copy->copying(); }));
         EXPECT_EQ(dialogs.messages().value(1), QStringLiteral("2 song(s) copied into Song Library."));
+        // A songbook opened by the copy takes the tracks once its list is read.
+        auto* song = dynamic_cast<frmSong*>(frame.child(QStringLiteral("frmSong")));
+        ASSERT_NE(song, nullptr);
+        ASSERT_TRUE(waitWhile([song] { return song->ListLoading(); }));
+        QApplication::processEvents();
+        ASSERT_TRUE(waitWhile([&] {
+            std::unique_ptr<Recordset> count;
+            return SongOpenRecordset(QStringLiteral("select id from song"), count) && count->RecordCount() < 2;
+        }));
+        EXPECT_FALSE(dialogs.messages().join(u'|').contains(QStringLiteral("failed")))
+            << dialogs.messages().join(u'|').toStdString();
         std::unique_ptr<Recordset> rs;
         ASSERT_TRUE(SongOpenRecordset(
             QStringLiteral("select media_file, library from song order by media_file"), rs));
@@ -79,6 +93,16 @@ TEST(CopyDiscFrame, TheToolsEntryOpensTheWindowAndEachCopiedTrackBecomesASong)
         EXPECT_EQ(rs->text(1, 1), library);
     }
     SongCloseDatabase();
+}
+
+TEST(CopyDiscFrame, TheToolsEntryOpensTheWindowAndEachCopiedTrackBecomesASong)
+{
+    copyThroughTheFrame(true);
+}
+
+TEST(CopyDiscFrame, ACopyWithTheSongbookClosedOpensItAndAddsEveryTrack)
+{
+    copyThroughTheFrame(false);
 }
 
 }  // namespace
