@@ -1,5 +1,6 @@
 #pragma once
 // What the benchmark programs share: the generated songbooks, the figure lines, the application.
+#include "shell/services/ConsoleJobHost.h"
 #include "songdb/DemoSongbook.h"
 #include <QApplication>
 #include <QStringList>
@@ -24,6 +25,16 @@ inline QString Songbook(const QString& dataDir, int songs)
     }
     return file;
 }
+
+// A job run to its end without a word: every OK/Cancel question answered OK, "stop?" answered No.
+class GoOnHost : public td::ConsoleJobHost {
+public:
+    td::MsgAnswer Ask(const QString&, td::MsgButtons buttons, const QString& = {}) override
+    {
+        return buttons == td::MsgButtons::OkCancel ? td::MsgAnswer::Ok : td::MsgAnswer::No;
+    }
+    void Inform(const QString&, const QString& = {}) override {}
+};
 
 // One figure: "name value unit".
 inline void Print(const char* name, double value, const char* unit)

@@ -16,16 +16,6 @@ using namespace td;
 
 namespace {
 
-// Every question answered OK (No to "stop?"), nothing printed: the figures are what matters.
-class QuietHost : public ConsoleJobHost {
-public:
-    MsgAnswer Ask(const QString&, MsgButtons buttons, const QString& = {}) override
-    {
-        return buttons == MsgButtons::OkCancel ? MsgAnswer::Ok : MsgAnswer::No;
-    }
-    void Inform(const QString&, const QString& = {}) override {}
-};
-
 // Milliseconds for sqlite3 to dump the table and load it into a new file; -1 when it fails.
 double dumpCopyMs(const QString& source, const QString& copy)
 {
@@ -60,7 +50,7 @@ bool measure(const QString& dataDir, int songs)
     SongbookImportSettings settings;
     settings.source = source;
     settings.indexClass = QStringLiteral("import");
-    QuietHost host;
+    bench::GoOnHost host;
     QElapsedTimer timer;
     timer.start();
     const SongbookImportResult result = ImportSongbook(*db, settings, host);

@@ -17,16 +17,6 @@ using namespace td;
 
 namespace {
 
-// Every question answered OK (No to "stop?"), nothing printed: the figures are what matters.
-class QuietHost : public ConsoleJobHost {
-public:
-    MsgAnswer Ask(const QString&, MsgButtons buttons, const QString& = {}) override
-    {
-        return buttons == MsgButtons::OkCancel ? MsgAnswer::Ok : MsgAnswer::No;
-    }
-    void Inform(const QString&, const QString& = {}) override {}
-};
-
 // Writes the library's song files once; later runs find them in place.
 QString prepareLibrary(const QString& dataDir, int songs)
 {
@@ -42,7 +32,7 @@ QString prepareLibrary(const QString& dataDir, int songs)
         QDir().mkpath(path.section(u'/', 0, -2));
         QFile(path).open(QIODevice::WriteOnly);
     }
-    QuietHost host;
+    bench::GoOnHost host;
     if (!UpdateLibrary(*db, root, host).completed)
         return {};
     QFile(done).open(QIODevice::WriteOnly);
@@ -85,7 +75,7 @@ bool measure(const QString& dataDir, int songs)
                         QStringLiteral("Chinese(HongKong)"), QString()};
     settings.indexClass = QStringLiteral("import");
     settings.checkIndex = false;
-    QuietHost host;
+    bench::GoOnHost host;
     QElapsedTimer timer;
     timer.start();
     const LibraryImportResult result = ImportLibrary(*db, settings, host);

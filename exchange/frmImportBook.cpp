@@ -1,4 +1,5 @@
 #include "exchange/frmImportBook.h"
+#include "exchange/IndexClassOptions.h"
 #include "exchange/AccessDatabase.h"
 #include "exchange/LibraryImport.h"
 #include "exchange/SongbookImport.h"
@@ -24,7 +25,6 @@ namespace td {
 namespace {
 
 constexpr int kRemarkLength = 255;
-const char* const kClasses[] = {"import", "index", "blank"};
 
 template <typename W>
 W* named(W* widget, const char* name)
@@ -121,11 +121,7 @@ void frmImportBook::load()
     showSource(DefaultImportSource(database));
     lblTo_->setText(TranslateText(QStringLiteral("Destination")) + QStringLiteral(" - ") + database);
     const SongbookImportSettings defaults = DefaultSongbookImportSettings(SongDatabaseOpen() ? SongMinIndex() : 0);
-    for (int i = 0; i < 3; ++i)
-        optIndex_[i]->setChecked(defaults.indexClass == QLatin1String(kClasses[i]));
-    txtFrom_->setEnabled(optIndex_[1]->isChecked());
-    if (optIndex_[1]->isChecked())
-        txtFrom_->setText(defaults.indexFrom);
+    indexOptions().show(defaults.indexClass, defaults.indexFrom);
     chkDeleteSong_->setChecked(defaults.deleteSongs);
     chkDeleteSinger_->setChecked(defaults.deleteSingers);
     txtRemark_->setText(LibraryImportRemark(lblFrom_->text()));
@@ -158,15 +154,16 @@ void frmImportBook::browse()
         showSource(chosen.first());
 }
 
+IndexClassOptions frmImportBook::indexOptions() const
+{
+    return {{optIndex_[0], optIndex_[1], optIndex_[2]}, txtFrom_};
+}
+
 QString frmImportBook::GetImportClass(const QString& cls) const
 {
     const QString c = cls.toLower();
-    if (c == u"index") {
-        for (int i = 0; i < 3; ++i)
-            if (optIndex_[i]->isChecked())
-                return QString::fromLatin1(kClasses[i]);
-        return {};
-    }
+    if (c == u"index")
+        return indexOptions().checked();
     if (c == u"indexfrom")
         return txtFrom_->text();
     if (c == u"deletesong")

@@ -10,6 +10,8 @@ class QRadioButton;
 
 namespace td {
 
+struct IndexClassOptions;
+
 struct SongbookImportSettings;
 
 // The songbook import wizard: brings the songs and singers of another song database, or of a legacy
@@ -45,6 +47,7 @@ private:
     void browse();
     void showSource(const QString& path);
     void saveDefaults();
+    IndexClassOptions indexOptions() const;
     void startImport();
     SongbookImportSettings chosen() const;
     void closeWindow();

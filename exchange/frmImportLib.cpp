@@ -1,4 +1,5 @@
 #include "exchange/frmImportLib.h"
+#include "exchange/IndexClassOptions.h"
 #include "controls/JobRunner.h"
 #include "exchange/LibraryImport.h"
 #include "regions/RegionStore.h"
@@ -30,7 +31,6 @@ namespace td {
 namespace {
 
 constexpr int kRemarkLength = 255;
-const char* const kClasses[] = {"import", "index", "blank"};
 
 // The remark box selects its whole text when it takes the focus, so typing replaces it.
 class SelectOnFocus : public QObject {
@@ -159,11 +159,7 @@ void frmImportLib::load()
     lblTo_->setText(TranslateText(QStringLiteral("Destination")) + QStringLiteral(" - ") + SongDatabaseFile());
 
     const LibraryImportSettings defaults = DefaultLibraryImportSettings(SongDatabaseOpen() ? SongMinIndex() : 0);
-    for (int i = 0; i < 3; ++i)
-        optIndex_[i]->setChecked(defaults.indexClass == QLatin1String(kClasses[i]));
-    txtFrom_->setEnabled(optIndex_[1]->isChecked());
-    if (optIndex_[1]->isChecked())
-        txtFrom_->setText(defaults.indexFrom);
+    indexOptions().show(defaults.indexClass, defaults.indexFrom);
     chkIndex_->setChecked(defaults.checkIndex);
 
     TextArray names;
@@ -185,15 +181,16 @@ void frmImportLib::load()
     txtRemark_->setText(LibraryImportRemark(library_));
 }
 
+IndexClassOptions frmImportLib::indexOptions() const
+{
+    return {{optIndex_[0], optIndex_[1], optIndex_[2]}, txtFrom_};
+}
+
 QString frmImportLib::GetImportClass(const QString& cls) const
 {
     const QString c = cls.toLower();
-    if (c == u"index") {
-        for (int i = 0; i < 3; ++i)
-            if (optIndex_[i]->isChecked())
-                return QString::fromLatin1(kClasses[i]);
-        return {};
-    }
+    if (c == u"index")
+        return indexOptions().checked();
     if (c == u"indexfrom")
         return txtFrom_->text();
     return {};

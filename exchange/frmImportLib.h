@@ -12,6 +12,8 @@ class QRadioButton;
 
 namespace td {
 
+struct IndexClassOptions;
+
 struct LibraryImportSettings;
 
 // The library import wizard: fills the songbook from the song information files of one library.
@@ -44,6 +46,7 @@ private:
     void load();
     void optionClick();
     void saveDefaults();
+    IndexClassOptions indexOptions() const;
     void startImport();
     LibraryImportSettings chosen() const;
 
