@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
+#include <QtEndian>
 #include <cstdlib>
 #include <cstring>
 #include <mutex>
@@ -141,7 +142,8 @@ private:
                     return table;
                 if (table)
                     mdb_free_tabledef(table);
-                break;
+                throw AppError(damaged(QStringLiteral("the definition of ") + name +
+                                       QStringLiteral(" cannot be read.")));
             }
         }
         throw AppError(jetError(QStringLiteral("The Microsoft Jet database engine cannot find the input table or "
@@ -170,29 +172,48 @@ private:
         std::vector<MdbField> fields(std::size_t(columns) + 1);
         mdb_rewind_table(table);
         while (mdb_fetch_row(table)) {
-            // The null flags of the row just read, which the bound values alone do not tell.
+            // The null flags and places of the row just read, which the bound values alone do not tell.
             int start = 0;
             size_t size = 0;
-            const bool cracked = mdb_find_row(mdb_, int(table->cur_row) - 1, &start, &size) == 0 &&
-                                 mdb_crack_row(table, start, size, fields.data()) == columns;
+            if (mdb_find_row(mdb_, int(table->cur_row) - 1, &start, &size) != 0 ||
+                mdb_crack_row(table, start & 0x1fff, size, fields.data()) != columns)
+                throw AppError(damaged(QStringLiteral("a row of ") + name + QStringLiteral(" cannot be read.")));
             const qsizetype row = store->appendRow();
             for (int c = 0; c < columns; ++c) {
                 MdbColumn* col = cols[std::size_t(c)];
                 const char* value = buffers[std::size_t(c)].data();
-                const int length = lengths[std::size_t(c)];
+                const MdbField& field = fields[std::size_t(c)];
                 if (col->col_type == MDB_BOOL) {
                     store->setInteger(row, c, std::strcmp(value, mdb_->boolean_true_value) == 0 ? 1 : 0);
                     continue;
                 }
-                if (cracked ? fields[std::size_t(c)].is_null : length == 0)
+                if (field.is_null)
                     continue;
-                storeValue(*store, row, c, col, value, length);
+                storeValue(*store, row, c, col, value, field);
             }
         }
+        // Rows on pages past the end of a cut file are not found at all: the table's own count tells.
+        if (table->num_rows > 0 && store->rowCount() < qsizetype(table->num_rows))
+            throw AppError(damaged(name + QStringLiteral(" holds ") + QString::number(table->num_rows) +
+                                   QStringLiteral(" rows, ") + QString::number(store->rowCount()) +
+                                   QStringLiteral(" of them can be read.")));
         return store;
     }
 
-    void storeValue(RowStore& store, qsizetype row, int c, MdbColumn* col, const char* value, int length)
+    static QString damaged(const QString& detail)
+    {
+        return jetError(QStringLiteral("The file is damaged or cut short: ") + detail);
+    }
+
+    // The length a memo or OLE value says it has; its bytes are elsewhere unless it lies in the row.
+    static quint32 longValueLength(const MdbField& field)
+    {
+        if (field.siz < 12)
+            return 0;
+        return qFromLittleEndian<quint32>(field.value) & 0x3fffffffu;
+    }
+
+    void storeValue(RowStore& store, qsizetype row, int c, MdbColumn* col, const char* value, const MdbField& field)
     {
         switch (col->col_type) {
         case MDB_BYTE:
@@ -208,13 +229,22 @@ private:
             break;
         case MDB_OLE: {
             size_t size = 0;
-            void* bytes = mdb_ole_read_full(mdb_, col, &size);
-            store.setBlob(row, c, bytes ? bytes : "", qsizetype(bytes ? size : 0));
-            free(bytes);
+            std::unique_ptr<void, void (*)(void*)> bytes(mdb_ole_read_full(mdb_, col, &size), free);
+            if (!bytes || size != longValueLength(field))
+                throw AppError(damaged(QStringLiteral("a picture or object of ") + QString::fromUtf8(col->name) +
+                                       QStringLiteral(" is not whole.")));
+            store.setBlob(row, c, bytes.get(), qsizetype(size));
             break;
         }
         case MDB_BINARY:
-            store.setBlob(row, c, value, length);
+            // The bound text of a binary value ends at its first zero byte; the row holds all of it.
+            store.setBlob(row, c, field.value, field.siz);
+            break;
+        case MDB_MEMO:
+            if (*value == 0 && longValueLength(field) > 0)
+                throw AppError(damaged(QStringLiteral("a memo of ") + QString::fromUtf8(col->name) +
+                                       QStringLiteral(" is not whole.")));
+            store.setText(row, c, value, qsizetype(std::strlen(value)));
             break;
         default:
             store.setText(row, c, value, qsizetype(std::strlen(value)));
@@ -224,6 +254,30 @@ private:
 
     MdbHandle* mdb_;
 };
+
+// The database password the header keeps, read while the opened file's first page is at hand and
+// its cipher undone; empty when there is none. Jet 4 masks it with the day the file was made.
+QString headerPassword(const MdbHandle* mdb)
+{
+    const unsigned char* at = mdb->pg_buf + 0x42;
+    QString password;
+    if (mdb->f->jet_version == MDB_VER_JET3) {
+        for (int i = 0; i < 20 && at[i]; ++i)
+            password += QChar(char16_t(at[i]));
+        return password;
+    }
+    const double created = qFromLittleEndian<double>(mdb->pg_buf + 0x72);
+    unsigned char mask[4] = {};
+    if (created > -2147483648.0 && created < 2147483648.0)
+        qToLittleEndian(qint32(created), mask);
+    for (int i = 0; i < 40; i += 2) {
+        const char16_t c = char16_t((at[i] ^ mask[i % 4]) | (at[i + 1] ^ mask[(i + 1) % 4]) << 8);
+        if (!c)
+            break;
+        password += QChar(c);
+    }
+    return password;
+}
 
 QByteArray readHeader(const QString& path)
 {
@@ -259,7 +313,6 @@ AccessFileInfo ReadAccessFileInfo(const QString& path)
 std::unique_ptr<Connection> OpenAccessDatabase(const QString& path, const QString& password,
                                                const AccessReadOptions& options)
 {
-    Q_UNUSED(password);  // the Jet password guards Access's own door, not the pages libmdb reads
     if (!QFileInfo(path).isFile())
         return nullptr;
     if (!IsAccessFile(path)) {
@@ -283,6 +336,18 @@ std::unique_ptr<Connection> OpenAccessDatabase(const QString& path, const QStrin
         return std::make_unique<Connection>(
             nullptr, jetError(QStringLiteral("Only Access 97 to 2003 files (.mdb) can be read: '") + path +
                               QStringLiteral("'.")));
+    }
+    // A file cut inside a page was never written whole by Access.
+    if (QFileInfo(path).size() % mdb->fmt->pg_size != 0) {
+        mdb_close(mdb);
+        return std::make_unique<Connection>(
+            nullptr, jetError(QStringLiteral("The file is damaged or cut short: '") + path + QStringLiteral("'.")));
+    }
+    // libmdb reads the pages without the password; the console still opens only what it may open.
+    const QString stored = headerPassword(mdb);
+    if (!stored.isEmpty() && stored != password) {
+        mdb_close(mdb);
+        return std::make_unique<Connection>(nullptr, jetError(QStringLiteral("Not a valid password.")));
     }
     mdb_set_date_fmt(mdb, "%Y-%m-%d %H:%M:%S");
     mdb_set_bind_size(mdb, kBindSize);
