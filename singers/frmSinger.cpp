@@ -16,6 +16,7 @@
 #include "singers/SingerExchange.h"
 #include "songbook/SplitterBar.h"
 #include "songdb/Connection.h"
+#include "songdb/DeleteJournal.h"
 #include "songdb/RecordAccess.h"
 #include "songdb/SongSession.h"
 #include "songdb/SongStatements.h"
@@ -380,6 +381,7 @@ bool frmSinger::DeleteItem()
         return false;
     }
     BusyWindow busy(this);
+    DeleteBatch batch;  // one event log line for the whole selection
     const int position = std::max(1, selected[1] - 1);
     int deleted = 0;
     ErrorTrap trap;

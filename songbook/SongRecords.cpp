@@ -8,6 +8,7 @@
 #include "shell/services/FilePaths.h"
 #include "songbook/frmSong.h"
 #include "songdb/CatalogueLookups.h"
+#include "songdb/DeleteJournal.h"
 #include "songdb/SongSession.h"
 #include "songdb/SongStatements.h"
 
@@ -191,6 +192,7 @@ bool frmSong::DeleteItem()
     if (n == 0)
         return false;
     BusyWindow busy(this);
+    DeleteBatch batch;  // one event log line for the whole selection
     const int position = std::max(1, selected[1] - 1);
     int deleted = 0;
     ErrorTrap trap;

@@ -93,6 +93,9 @@ public:
     // Makes the statement running on this connection, or the next one to start, fail soon.
     // Safe to call from any thread while the connection is open.
     virtual void interrupt() {}
+
+    // Set once the delete journal is known to be in this database (see DeleteJournal.h).
+    bool deleteJournalReady = false;
 };
 
 }  // namespace td

@@ -1,5 +1,6 @@
 #include "songdb/Connection.h"
 #include "shell/services/AppError.h"
+#include "songdb/DeleteJournal.h"
 #include "songdb/JetSql.h"
 #include "songdb/PostgresBackend.h"
 #include "songdb/SqliteBackend.h"
@@ -74,7 +75,13 @@ qint64 Connection::execute(const QString& jetSql)
         backend_->selectInto(st.sql, st.intoTable, st.intoFile);
         return 0;
     }
-    return backend_->execute(st.sql);
+    const QString kept = KeptTableOfDelete(st.sql);
+    if (kept.isEmpty())
+        return backend_->execute(st.sql);
+    EnsureDeleteJournal(*backend_, false);
+    const qint64 deleted = backend_->execute(st.sql);
+    NoteDeleted(backend_, kept, deleted);
+    return deleted;
 }
 
 bool IsServerAddress(const QString& location)

@@ -1,6 +1,7 @@
 #include "songdb/Recordset.h"
 #include "shell/services/AppError.h"
 #include "songdb/Backend.h"
+#include "songdb/DeleteJournal.h"
 #include <QDateTime>
 #include <algorithm>
 
@@ -454,9 +455,14 @@ void Recordset::Delete()
     }
     clearEdit();
     const qsizetype row = requireCurrent();
+    const bool kept = IsKeptTable(source_.baseTable);
+    if (kept)
+        EnsureDeleteJournal(*source_.backend);
     source_.backend->removeRow(source_.baseTable, keys_[std::size_t(row)]);
     order_.erase(order_.begin() + pos_);
     currentDeleted_ = true;
+    if (kept)
+        NoteDeleted(source_.backend, source_.baseTable, 1);
 }
 
 QString Recordset::text(qsizetype position, int column) const
