@@ -4,6 +4,7 @@
 #include "songdb/DateText.h"
 #include "songdb/SqliteBackend.h"
 #include "songdb/SqliteStatement.h"
+#include "songdb/StoreLog.h"
 #include <QDateTime>
 #include <QFileInfo>
 #include <QStringList>
@@ -174,7 +175,9 @@ pg_conn* connectTo(const QString& address, int timeoutMs, bool readOnly)
     p.address = address.toUtf8();
     p.timeout = QByteArray::number(std::max(1, (timeoutMs + 999) / 1000));
     // A writer waits for another console's lock as long as a SQLite writer would, then fails.
-    p.options = "-c DateStyle=ISO -c lock_timeout=" + QByteArray::number(timeoutMs);
+    // The server's notices (an index that already exists) are no business of the operator.
+    p.options =
+        "-c DateStyle=ISO -c client_min_messages=warning -c lock_timeout=" + QByteArray::number(timeoutMs);
     if (readOnly)
         p.options += " -c default_transaction_read_only=on";
     const auto values = p.values();
@@ -328,6 +331,7 @@ std::unique_ptr<RowStore> PostgresBackend::query(const QString& sql, bool keyed,
                                                  const std::function<void()>& beforeRows)
 {
     pg_conn* conn = requireOpen();
+    qCDebug(lcStore).noquote() << "query:" << sql;
     if (!PQsendQuery(conn, sql.toUtf8().constData()))
         throw AppError(errorOf(nullptr, conn));
     // Rows come one by one, so a million songs are never held twice, once by the client library.

@@ -1,13 +1,16 @@
 // The pinyin search of the songbook through the search tree, and the readings table that follows every
 // write to song, whichever connection makes it.
+#include "../songdb/SongFile.h"
 #include "shell/services/ConsoleJobHost.h"
 #include "songdb/Connection.h"
+#include "songdb/Schema.h"
 #include "songdb/SongReadings.h"
 #include "songdb/SongSearch.h"
 #include "songdb/SongSession.h"
 #include "support/ScriptedDialogs.h"
 #include "support/TempAppDir.h"
 #include <gtest/gtest.h>
+#include <utility>
 
 namespace td {
 namespace {
@@ -19,7 +22,10 @@ class PinyinSearch : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        ASSERT_TRUE(app.openSongDatabase());
+        CreateSongDatabase(location, QStringLiteral("English"));
+        QString home = location;
+        DatabaseHomePath(QStringLiteral("SongServer"), home, true);
+        ASSERT_TRUE(SongOpenDatabase());
         for (const char* t : kTitles)
             add(*SongConnection(), t);
     }
@@ -29,7 +35,7 @@ protected:
     {
         db.execute(QStringLiteral("insert into song (title, singer) values ('%1', 's')").arg(QString::fromUtf8(title)));
     }
-    std::unique_ptr<Connection> other() const { return OpenConnection(app.file(QStringLiteral("song.db"))); }
+    std::unique_ptr<Connection> other() const { return OpenConnection(location); }
 
     QString titles(const QString& value)
     {
@@ -50,8 +56,15 @@ protected:
             .toLongLong();
     }
 
+    // Rows of a native statement's single answer.
+    static qint64 nativeCount(const char* sql)
+    {
+        return SongConnection()->backend().query(QString::fromUtf8(sql), false, nullptr)->integer(0, 0);
+    }
+
     test::TempAppDir app;
     test::ScriptedDialogs dialogs;
+    const QString location = test::NewSongLocation(app.path());
 };
 
 TEST_F(PinyinSearch, InitialsAndSyllablesFindEveryChineseTitle)
@@ -140,6 +153,39 @@ TEST_F(PinyinSearch, TheInitialLetterSearchIsLeftAsItWas)
     EXPECT_FALSE(keys.contains(QStringLiteral("pinyin")));
     EXPECT_EQ(SearchTypeCaption(QStringLiteral("pinyin")), u"Search song by pinyin");
     EXPECT_EQ(PinyinCondition(QString()), QString());
+}
+
+TEST_F(PinyinSearch, TwoConsolesReadingEveryTitleAtOnceWriteEachReadingOnce)
+{
+    // More songs than one batch, so that the other console starts between two batches of this one.
+    constexpr int kSongs = 20005;
+    SongConnection()->backend().execute(
+        test::SongFilesOnServer()
+            ? QStringLiteral("INSERT INTO song (title, singer) SELECT 'Song ' || i, 's' "
+                             "FROM generate_series(1, %1) i")
+                  .arg(kSongs)
+            : QStringLiteral("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < %1) "
+                             "INSERT INTO song (title, singer) SELECT 'Song ' || i, 's' FROM n")
+                  .arg(kSongs));
+    class OtherConsoleBetweenBatches : public ConsoleJobHost {
+    public:
+        explicit OtherConsoleBetweenBatches(std::unique_ptr<Connection> db) : other(std::move(db)) {}
+        void Processing(qint64) override
+        {
+            if (std::exchange(first, false))
+                finished = UpdateSongReadings(*other);
+        }
+        std::unique_ptr<Connection> other;
+        bool first = true, finished = false;
+    } host(other());
+    EXPECT_TRUE(UpdateSongReadings(*SongConnection(), &host));
+    EXPECT_TRUE(host.finished);
+    EXPECT_EQ(nativeCount("SELECT count(*) FROM (SELECT song_id, initials, spelling FROM song_reading "
+                          "GROUP BY song_id, initials, spelling HAVING count(*) > 1) twice"),
+              0);
+    EXPECT_EQ(nativeCount("SELECT count(*) FROM song WHERE id NOT IN (SELECT song_id FROM song_reading)"), 0);
+    EXPECT_EQ(SongReadingsWaiting(*SongConnection()), 0);
+    EXPECT_EQ(titles(QStringLiteral("song20005")), QStringLiteral("Song 20005"));
 }
 
 }  // namespace

@@ -1,12 +1,11 @@
 #pragma once
+#include "support/LocalPostgres.h"
 #include <QString>
 #include <gtest/gtest.h>
 
 namespace td::test {
 
-// A PostgreSQL server of its own in a temporary folder, on a free local port, for one test
-// program: started before the first test, stopped after the last. As root it runs as the
-// unprivileged "postgres" user, as the server demands.
+// The PostgreSQL server of one test program: started before the first test, stopped after the last.
 class PostgresServer : public ::testing::Environment {
 public:
     static PostgresServer& instance();
@@ -16,19 +15,13 @@ public:
 
     // The address of a new, empty database on the server (not yet holding a songbook).
     QString newDatabase();
-    QString address(const QString& database) const;
-    int port() const { return port_; }
-    bool running() const { return running_; }
+    QString address(const QString& database) const { return server_.address(database); }
+    int port() const { return server_.port(); }
+    bool running() const { return server_.running(); }
 
 private:
-    QString bin_;
-    QString dir_;
-    int port_ = 0;
-    bool running_ = false;
+    LocalPostgres server_;
     int databases_ = 0;
 };
-
-// The server programs' folder (initdb, pg_ctl), or empty text when none is installed.
-QString PostgresBinDir();
 
 }  // namespace td::test

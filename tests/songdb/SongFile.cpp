@@ -1,5 +1,6 @@
 #include "SongFile.h"
 #include "songdb/Schema.h"
+#include <QDir>
 
 namespace td::test {
 
@@ -21,8 +22,12 @@ bool SongFilesOnServer()
     return bool(locationMaker());
 }
 
-SongFile::SongFile(const QString& language)
-    : path_(locationMaker() ? locationMaker()(dir_.path()) : dir_.filePath(QStringLiteral("song.db")))
+QString NewSongLocation(const QString& dir)
+{
+    return locationMaker() ? locationMaker()(dir) : QDir(dir).filePath(QStringLiteral("song.db"));
+}
+
+SongFile::SongFile(const QString& language) : path_(NewSongLocation(dir_.path()))
 {
     CreateSongDatabase(path_, language);
     db_ = OpenConnection(path_);

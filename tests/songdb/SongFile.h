@@ -14,6 +14,8 @@ void SetSongLocationMaker(SongLocationMaker maker);
 // Whether the tests' songbooks lie on a database server; cases about what only a SQLite file does
 // skip themselves there.
 bool SongFilesOnServer();
+// Where a new song database goes for a test whose folder is dir: song.db in it, or a server's address.
+QString NewSongLocation(const QString& dir);
 #define SKIP_ON_SERVER(why)                         \
     if (::td::test::SongFilesOnServer())            \
     GTEST_SKIP() << "only a SQLite file does this: " << why

@@ -1,0 +1,2 @@
+// The same test bodies as on SQLite, here on the PostgreSQL server.
+#include "../pinyin/PinyinSearchTest.cpp"
