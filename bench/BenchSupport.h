@@ -1,12 +1,19 @@
 #pragma once
 // What the benchmark programs share: the generated songbooks, the figure lines, the application.
 #include "shell/services/ConsoleJobHost.h"
+#include "shell/services/AppPaths.h"
+#include "shell/services/Ini.h"
 #include "songdb/DemoSongbook.h"
+#include "songdb/SongSession.h"
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QStringList>
 #include <QDir>
 #include <QFileInfo>
+#include <QTemporaryDir>
+#include <algorithm>
 #include <cstdio>
+#include <functional>
 
 namespace bench {
 
@@ -40,6 +47,38 @@ public:
 inline void Print(const char* name, double value, const char* unit)
 {
     std::printf("%s %.3f %s\n", name, value, unit);
+}
+// The same, written out at once, so a long benchmark shows its figures as they come.
+inline void Print(const QString& name, double value, const char* unit)
+{
+    Print(name.toUtf8().constData(), value, unit);
+    std::fflush(stdout);
+}
+
+// The best wall time of a few runs of work, in milliseconds; -1 as soon as a run fails.
+inline double BestMilliseconds(const std::function<bool()>& work, int runs = 3)
+{
+    double best = -1;
+    for (int i = 0; i < runs; ++i) {
+        QElapsedTimer t;
+        t.start();
+        if (!work())
+            return -1;
+        const double ms = double(t.nsecsElapsed()) / 1e6;
+        best = best < 0 ? ms : std::min(best, ms);
+    }
+    return best;
+}
+
+// Opens the console's session on a songbook (a file or an address), with the program directory in
+// scratch and its database_home.ini naming the songbook.
+inline bool OpenSession(const QTemporaryDir& scratch, const QString& location)
+{
+    td::SetAppPath(scratch.path());
+    QDir().mkpath(scratch.filePath(QStringLiteral("KtvPublic")));
+    td::IniWrite(scratch.filePath(QStringLiteral("KtvPublic/database_home.ini")),
+                 QStringLiteral("SongServer"), QStringLiteral("Local"), location);
+    return td::SongOpenDatabase();
 }
 
 // The program's arguments when at least count are given (its own name counted); otherwise the usage

@@ -2,10 +2,8 @@
 // in one process; and the one-off reading of every title, beside the console's opening of the songbook.
 //   bench_pinyin DATA_DIR [SONGS...]    (default 1,000,000 songs)
 #include "BenchSupport.h"
-#include "shell/services/AppPaths.h"
 #include "shell/services/Dialogs.h"
 #include "shell/services/HeadlessDialogs.h"
-#include "shell/services/Ini.h"
 #include "songdb/Connection.h"
 #include "songdb/SongReadings.h"
 #include "songdb/SongSearch.h"
@@ -13,14 +11,11 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QTemporaryDir>
-#include <algorithm>
 #include <functional>
 
 using namespace td;
 
 namespace {
-
-constexpr int kRuns = 3;
 
 double milliseconds(const std::function<void()>& work)
 {
@@ -28,22 +23,6 @@ double milliseconds(const std::function<void()>& work)
     t.start();
     work();
     return double(t.nsecsElapsed()) / 1e6;
-}
-
-double best(const std::function<void()>& work)
-{
-    double b = -1;
-    for (int i = 0; i < kRuns; ++i) {
-        const double ms = milliseconds(work);
-        b = b < 0 ? ms : std::min(b, ms);
-    }
-    return b;
-}
-
-void line(const QString& name, double value, const char* unit)
-{
-    bench::Print(name.toUtf8().constData(), value, unit);
-    std::fflush(stdout);
 }
 
 // A copy of the shared songbook, so that its readings table stays out of the other benchmarks.
@@ -65,16 +44,12 @@ int run(const QString& dataDir, int songs)
     // The one-off reading of every title, beside reading the whole songbook as the console opens it.
     const double open = milliseconds([&] { OpenConnection(file)->openRecordset(QStringLiteral("select * from song")); });
     const double build = milliseconds([&] { UpdateSongReadings(*OpenConnection(file)); });
-    line(QStringLiteral("pinyin_build_") + tag + QStringLiteral("_ms"), build, "ms");
-    line(QStringLiteral("songdb_open_") + tag + QStringLiteral("_ms"), open, "ms");
-    line(QStringLiteral("pinyin_build_") + tag + QStringLiteral("_ratio"), build / open, "x");
+    bench::Print(QStringLiteral("pinyin_build_") + tag + QStringLiteral("_ms"), build, "ms");
+    bench::Print(QStringLiteral("songdb_open_") + tag + QStringLiteral("_ms"), open, "ms");
+    bench::Print(QStringLiteral("pinyin_build_") + tag + QStringLiteral("_ratio"), build / open, "x");
 
     QTemporaryDir scratch;
-    SetAppPath(scratch.path());
-    QDir().mkpath(scratch.filePath(QStringLiteral("KtvPublic")));
-    IniWrite(scratch.filePath(QStringLiteral("KtvPublic/database_home.ini")), QStringLiteral("SongServer"),
-             QStringLiteral("Local"), file);
-    if (!SongOpenDatabase())
+    if (!bench::OpenSession(scratch, file))
         return 1;
     int status = 0;
     for (const char* typed : {"Z", "ZG", "ZGX"}) {
@@ -83,17 +58,20 @@ int run(const QString& dataDir, int songs)
         const auto search = [&](const QString& path, int& count) {
             TextArray names, keys;
             count = SongSearchTree(1000, path, value, names, keys);
+            return count >= 0;
         };
-        const double initial = best([&] { search(QStringLiteral("title"), initialCount); });
-        const double pinyin = best([&] { search(QStringLiteral("pinyin"), pinyinCount); });
-        if (initialCount < 0 || pinyinCount < 0)
+        const double initial =
+            bench::BestMilliseconds([&] { return search(QStringLiteral("title"), initialCount); });
+        const double pinyin =
+            bench::BestMilliseconds([&] { return search(QStringLiteral("pinyin"), pinyinCount); });
+        if (initial < 0 || pinyin < 0)
             status = 1;
         const QString name = QStringLiteral("_search_") + value.toLower() + u'_' + tag;
-        line(QStringLiteral("pinyin") + name + QStringLiteral("_ms"), pinyin, "ms");
-        line(QStringLiteral("initials") + name + QStringLiteral("_ms"), initial, "ms");
-        line(QStringLiteral("pinyin") + name + QStringLiteral("_items"), pinyinCount, "items");
-        line(QStringLiteral("initials") + name + QStringLiteral("_items"), initialCount, "items");
-        line(QStringLiteral("pinyin") + name + QStringLiteral("_ratio"), pinyin / initial, "x");
+        bench::Print(QStringLiteral("pinyin") + name + QStringLiteral("_ms"), pinyin, "ms");
+        bench::Print(QStringLiteral("initials") + name + QStringLiteral("_ms"), initial, "ms");
+        bench::Print(QStringLiteral("pinyin") + name + QStringLiteral("_items"), pinyinCount, "items");
+        bench::Print(QStringLiteral("initials") + name + QStringLiteral("_items"), initialCount, "items");
+        bench::Print(QStringLiteral("pinyin") + name + QStringLiteral("_ratio"), pinyin / initial, "x");
     }
     SongCloseDatabase();
     QFile::remove(file);

@@ -161,16 +161,24 @@ QString CreateDemoSongbook(const QString& dir, const DemoOptions& options)
     if (options.database.isEmpty())
         return path;
     // The server's songbook is the same demo, copied over and the file removed.
-    CreateSongDatabase(options.database, options.language);
-    auto server = OpenConnection(options.database);
+    db.reset();
+    CopySongbookToServer(path, options.database, options.language);
+    QFile::remove(path);
+    return options.database;
+}
+
+void CopySongbookToServer(const QString& file, const QString& address, const QString& language)
+{
+    OpenOptions readOnly;
+    readOnly.readOnly = true;
+    auto db = OpenConnection(file, readOnly);
+    CreateSongDatabase(address, language);
+    auto server = OpenConnection(address);
     auto& pg = static_cast<PostgresBackend&>(server->backend());
     for (const char* table : {"song", "singer", "region", "library"})
         pg.copyRows(QString::fromLatin1(table),
                     *db->backend().query(QStringLiteral("SELECT * FROM ") + QString::fromLatin1(table), false,
                                          nullptr));
-    db.reset();
-    QFile::remove(path);
-    return options.database;
 }
 
 }  // namespace td

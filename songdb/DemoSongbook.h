@@ -19,4 +19,8 @@ struct DemoOptions {
 // Answers the path (or address) of the song database.
 QString CreateDemoSongbook(const QString& dir, const DemoOptions& options);
 
+// Makes a songbook on a server (its database made when missing) holding the songs, singers, regions
+// and libraries of a songbook file. Throws AppError.
+void CopySongbookToServer(const QString& file, const QString& address, const QString& language);
+
 }  // namespace td
