@@ -175,8 +175,9 @@ private:
             // The null flags and places of the row just read, which the bound values alone do not tell.
             int start = 0;
             size_t size = 0;
+            // A row written before columns were added holds fewer of them; those read as NULL.
             if (mdb_find_row(mdb_, int(table->cur_row) - 1, &start, &size) != 0 ||
-                mdb_crack_row(table, start & 0x1fff, size, fields.data()) != columns)
+                mdb_crack_row(table, start & 0x1fff, size, fields.data()) < 0)
                 throw AppError(damaged(QStringLiteral("a row of ") + name + QStringLiteral(" cannot be read.")));
             const qsizetype row = store->appendRow();
             for (int c = 0; c < columns; ++c) {

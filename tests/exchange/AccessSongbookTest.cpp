@@ -169,6 +169,31 @@ TEST(AccessDatabaseRead, ReadersOfOtherHandsSeeTheSameFile)
     }
 }
 
+TEST(AccessDatabaseRead, RowsFromBeforeAColumnWasAddedReadItAsNull)
+{
+    TempAppDir app;
+    for (const Version& v : kVersions) {
+        SCOPED_TRACE(v.name);
+        JetTable song{QStringLiteral("song"), LegacySongColumns(), {}, {}, 0};
+        QVariantList old = LegacySongRow(0);
+        old.removeLast();  // written before the table had its Remark
+        song.rows = {old, LegacySongRow(1), old};
+        const QString path = app.file(QStringLiteral("added%1.mdb").arg(v.jet));
+        QString error;
+        ASSERT_TRUE(WriteJetDatabase(path, optionsOf(v), {song}, &error)) << error.toStdString();
+        auto db = OpenAccessDatabase(path, QString(), {});
+        const QList<QVariantList> rows = valuesOf(*db, QStringLiteral("select * from song"));
+        ASSERT_EQ(rows.size(), 3);
+        for (int r : {0, 2}) {
+            EXPECT_FALSE(rows[r][15].isValid());
+            EXPECT_EQ(rows[r][2].toString(), QStringLiteral("月亮代表我的心 0"));
+            EXPECT_EQ(rows[r][13].toString(), QStringLiteral("admin"));
+            EXPECT_EQ(rows[r][14].toDateTime(), QDateTime(QDate(1999, 12, 31), QTime(23, 59, 58)));
+        }
+        EXPECT_EQ(rows[1][15].toString(), QStringLiteral("from the old console"));
+    }
+}
+
 TEST(AccessDatabaseRead, TablesOverManyPagesAreReadWhole)
 {
     // Rows of nearly a page each: more pages than the table's own page map can name, so a map of maps

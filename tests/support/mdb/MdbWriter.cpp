@@ -356,10 +356,16 @@ private:
 
     QByteArray encodeRow(const Layout& layout, const QVariantList& values, const QString& table)
     {
-        const qsizetype columns = qsizetype(layout.columns.size());
+        // A short row is one written before its table's last (variable) columns were added.
+        qsizetype columns = qsizetype(layout.columns.size());
+        int varCount = layout.varCount;
+        for (; columns > values.size(); --columns, --varCount) {
+            if (layout.columns[std::size_t(columns - 1)].fixed)
+                fail(QStringLiteral("a row of %1 lacks a fixed column").arg(table));
+        }
         QByteArray fixed(layout.fixedBytes, 0);
         QByteArray nulls((columns + 7) / 8, 0);
-        std::vector<QByteArray> vars(std::size_t(layout.varCount));
+        std::vector<QByteArray> vars(static_cast<std::size_t>(varCount));
         for (qsizetype c = 0; c < columns; ++c) {
             const Layout::Column& col = layout.columns[std::size_t(c)];
             const QVariant value = values.value(c);

@@ -29,7 +29,8 @@ struct JetColumn {
 };
 
 // A table and its rows. A row holds one value per column, an invalid QVariant being NULL: QString for
-// text and memo, QByteArray for OLE and binary, bool, QDateTime, integers and doubles.
+// text and memo, QByteArray for OLE and binary, bool, QDateTime, integers and doubles. A shorter row
+// is written as Access left rows from before the table's last (variable) columns were added.
 struct JetTable {
     QString name;
     std::vector<JetColumn> columns;
