@@ -10,7 +10,8 @@
 int main(int argc, char** argv)
 {
     // Printed pages lay out text, which needs the fonts of a GUI application; no screen is needed.
-    const bool pages = argc > 1 && std::strcmp(argv[1], "print") == 0;
+    const bool pages =
+        argc > 1 && (std::strcmp(argv[1], "print") == 0 || std::strcmp(argv[1], "booklet") == 0);
     if (pages && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     std::unique_ptr<QCoreApplication> app;

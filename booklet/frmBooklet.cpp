@@ -1,0 +1,242 @@
+#include "booklet/frmBooklet.h"
+#include "booklet/Booklet.h"
+#include "checks/WindowJob.h"
+#include "regions/WindowText.h"
+#include "shell/services/AppError.h"
+#include "shell/services/AppPaths.h"
+#include "shell/services/Dialogs.h"
+#include "shell/services/Translate.h"
+#include "songdb/Connection.h"
+#include "songdb/SongSession.h"
+#include "songdb/SongStatements.h"
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPrintPreviewDialog>
+#include <QPrinter>
+#include <QPushButton>
+#include <QSpinBox>
+#include <memory>
+
+namespace td {
+
+namespace {
+
+frmBooklet::Preview& previewHook()
+{
+    static frmBooklet::Preview hook;
+    return hook;
+}
+
+void showPrintPreview(QWidget* owner, const BookletOptions& options, const QList<BookletSection>& sections)
+{
+    QPrinter printer(QPrinter::HighResolution);
+    ApplyBookletPage(printer, options.paper);
+    printer.setDocName(QStringLiteral("SongBooklet"));
+    QPrintPreviewDialog dialog(&printer, owner);
+    dialog.setWindowTitle(TranslateText(QStringLiteral("Print preview")));
+    QObject::connect(&dialog, &QPrintPreviewDialog::paintRequested, &dialog,
+                     [&](QPrinter* p) { PaintBooklet(*p, options, sections); });
+    dialog.resize(900, 700);
+    dialog.exec();
+}
+
+QLabel* label(const char* name, const char* caption, QWidget* parent)
+{
+    auto* l = new QLabel(QString::fromUtf8(caption), parent);
+    l->setObjectName(QString::fromLatin1(name));
+    return l;
+}
+
+QPushButton* button(const char* name, const char* caption, QWidget* parent)
+{
+    auto* b = new QPushButton(QString::fromUtf8(caption), parent);
+    b->setObjectName(QString::fromLatin1(name));
+    return b;
+}
+
+constexpr BookletGroup kGroups[] = {BookletGroup::Singer, BookletGroup::Length, BookletGroup::Language};
+
+}  // namespace
+
+frmBooklet::frmBooklet(WindowFrame& frame, QWidget* parent) : QWidget(parent), frame_(frame)
+{
+    build();
+    load();
+}
+
+frmBooklet::~frmBooklet() = default;
+
+void frmBooklet::SetPreview(Preview preview)
+{
+    previewHook() = std::move(preview);
+}
+
+void frmBooklet::build()
+{
+    setObjectName(QStringLiteral("frmBooklet"));
+    setWindowTitle(QStringLiteral("Song booklet ..."));
+    auto* grid = new QGridLayout(this);
+
+    auto* fraBooklet = new QGroupBox(QStringLiteral("Booklet for the guests"), this);
+    fraBooklet->setObjectName(QStringLiteral("fraBooklet"));
+    auto* form = new QGridLayout(fraBooklet);
+    cboGroup_ = new QComboBox(fraBooklet);
+    cboGroup_->setObjectName(QStringLiteral("cboGroup"));
+    spnColumns_ = new QSpinBox(fraBooklet);
+    spnColumns_->setObjectName(QStringLiteral("spnColumns"));
+    spnColumns_->setRange(2, 4);
+    cboPaper_ = new QComboBox(fraBooklet);
+    cboPaper_->setObjectName(QStringLiteral("cboPaper"));
+    cboRegion_ = new QComboBox(fraBooklet);
+    cboRegion_->setObjectName(QStringLiteral("cboRegion"));
+    txtVenue_ = new QLineEdit(fraBooklet);
+    txtVenue_->setObjectName(QStringLiteral("txtVenue"));
+    txtVenue_->setMinimumWidth(260);
+    const std::pair<QLabel*, QWidget*> rows[] = {
+        {label("lblGroup", "Group songs by", fraBooklet), cboGroup_},
+        {label("lblColumns", "Columns", fraBooklet), spnColumns_},
+        {label("lblPaper", "Paper", fraBooklet), cboPaper_},
+        {label("lblRegion", "Region", fraBooklet), cboRegion_},
+        {label("lblVenue", "Venue name", fraBooklet), txtVenue_},
+    };
+    int row = 0;
+    for (const auto& [caption, field] : rows) {
+        form->addWidget(caption, row, 0);
+        form->addWidget(field, row++, 1);
+    }
+    form->setColumnStretch(1, 1);
+    grid->addWidget(fraBooklet, 0, 0);
+
+    lblRequired_ =
+        label("lblBookletRequired",
+              "Prints on any printer of the system or saves a PDF; the date is printed on every page", this);
+    lblRequired_->setWordWrap(true);
+    grid->addWidget(lblRequired_, 1, 0);
+    grid->setRowStretch(2, 1);
+
+    auto* buttons = new QHBoxLayout;
+    cmdPreview_ = button("cmdPreview", "Preview (&P)", this);
+    cmdPdf_ = button("cmdPdf", "Save PDF ... (&F)", this);
+    cmdSave_ = button("cmdSave", "Save as default (&S)", this);
+    cmdClose_ = button("cmdClose", "Close (&C)", this);
+    buttons->addStretch(1);
+    for (QPushButton* b : {cmdPreview_, cmdPdf_, cmdSave_, cmdClose_})
+        buttons->addWidget(b);
+    grid->addLayout(buttons, 3, 0);
+
+    connect(cmdPreview_, &QPushButton::clicked, this, [this] { PreviewBooklet(); });
+    connect(cmdPdf_, &QPushButton::clicked, this, [this] { SavePdf(); });
+    connect(cmdSave_, &QPushButton::clicked, this, [this] { SaveDefaults(); });
+    connect(cmdClose_, &QPushButton::clicked, this, [this] { CloseWorkingWindow(this); });
+    ExportWindowText(this);
+    ApplyWindowText(this);
+}
+
+void frmBooklet::load()
+{
+    cboGroup_->addItem(TranslateText(QStringLiteral("Singer")));
+    cboGroup_->addItem(TranslateText(QStringLiteral("Title length")));
+    cboGroup_->addItem(TranslateText(QStringLiteral("Language")));
+    cboPaper_->addItems({QStringLiteral("A4"), QStringLiteral("Letter")});
+    cboRegion_->addItem(TranslateText(QStringLiteral("All available regions")), QString());
+    std::unique_ptr<Recordset> rs;
+    if (SongDatabaseOpen() && SongOpenRecordset(QStringLiteral("select name from region order by name"), rs))
+        for (qsizetype r = 0; r < rs->RecordCount(); ++r)
+            if (!rs->text(r, 0).isEmpty())
+                cboRegion_->addItem(rs->text(r, 0), rs->text(r, 0));
+
+    const BookletOptions o = LoadBookletOptions();
+    cboGroup_->setCurrentIndex(
+        int(std::find(std::begin(kGroups), std::end(kGroups), o.group) - std::begin(kGroups)));
+    spnColumns_->setValue(o.columns);
+    cboPaper_->setCurrentText(o.paper);
+    int region = cboRegion_->findData(o.region);
+    if (region < 0) {  // a region no longer available stays chosen
+        cboRegion_->addItem(o.region, o.region);
+        region = cboRegion_->count() - 1;
+    }
+    cboRegion_->setCurrentIndex(region);
+    txtVenue_->setText(o.venue);
+}
+
+BookletOptions frmBooklet::Options() const
+{
+    BookletOptions o;
+    o.group = kGroups[std::clamp(cboGroup_->currentIndex(), 0, 2)];
+    o.columns = spnColumns_->value();
+    o.paper = cboPaper_->currentText();
+    o.region = cboRegion_->currentData().toString();
+    o.venue = txtVenue_->text().trimmed();
+    return o;
+}
+
+void frmBooklet::SaveDefaults()
+{
+    SaveBookletOptions(Options());
+}
+
+void frmBooklet::PreviewBooklet()
+{
+    if (!SongDatabaseOpen()) {
+        MsgInfo(TranslateText(QStringLiteral("Please login first")));
+        return;
+    }
+    const BookletOptions options = Options();
+    const QString database = SongDatabaseFile();
+    auto sections = std::make_shared<QList<BookletSection>>();
+    auto read = std::make_shared<bool>(false);
+    RunWindowJob(this, [options, database, sections, read](JobHost& host) {
+        try {
+            auto db = OpenConnection(database);
+            *sections = ReadBookletSections(*db, options, host);
+            *read = true;
+        } catch (const std::exception& e) {
+            host.Fail(QStringLiteral("Read songs failed! Err=") + ErrorText(e));
+        }
+    });
+    if (!*read)
+        return;
+    if (previewHook())
+        previewHook()(this, options, *sections);
+    else
+        showPrintPreview(this, options, *sections);
+}
+
+void frmBooklet::SavePdf()
+{
+    if (!SongDatabaseOpen()) {
+        MsgInfo(TranslateText(QStringLiteral("Please login first")));
+        return;
+    }
+    OpenFileRequest save;
+    save.title = TranslateText(QStringLiteral("Save booklet as"));
+    save.initialDir = AppPath();
+    save.filter = QStringLiteral("PDF document(*.pdf)|*.pdf");
+    QString target = Dialogs().saveFile(save);
+    if (target.isEmpty())
+        return;
+    if (!target.endsWith(QStringLiteral(".pdf"), Qt::CaseInsensitive))
+        target += QStringLiteral(".pdf");
+    const BookletOptions options = Options();
+    const QString database = SongDatabaseFile();
+    RunWindowJob(this, [options, database, target](JobHost& host) {
+        try {
+            auto db = OpenConnection(database);
+            MakeBookletPdf(*db, options, target, host);
+        } catch (const std::exception& e) {
+            host.Fail(QStringLiteral("Read songs failed! Err=") + ErrorText(e));
+        }
+    });
+}
+
+void frmBooklet::closeEvent(QCloseEvent* event)
+{
+    QWidget::closeEvent(event);
+    frame_.windowClosed();
+}
+
+}  // namespace td
