@@ -1,11 +1,7 @@
 // The songbook import of a generated songbook of 100,000 songs (a song database as its source) into an
 // empty songbook, beside the sqlite3 program copying the same table: ".dump song" piped into a new file.
 // Usage: bench_bookimport DATA_DIR [SONGS...]
-#include "BenchSupport.h"
-#include "exchange/SongbookImport.h"
-#include "shell/services/ConsoleJobHost.h"
-#include "songdb/Connection.h"
-#include "songdb/Schema.h"
+#include "BookImportBench.h"
 #include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
@@ -43,41 +39,20 @@ bool measure(const QString& dataDir, int songs)
     if (sqliteMs <= 0)
         return false;
 
-    const QString target = QDir(dataDir).filePath(QStringLiteral("bookimport_target.db"));
-    QFile::remove(target);
-    CreateSongDatabase(target, QStringLiteral("English"));
-    auto db = OpenConnection(target);
-    SongbookImportSettings settings;
-    settings.source = source;
-    settings.indexClass = QStringLiteral("import");
-    bench::GoOnHost host;
-    QElapsedTimer timer;
-    timer.start();
-    const SongbookImportResult result = ImportSongbook(*db, settings, host);
-    const double importMs = double(timer.nsecsElapsed()) / 1e6;
-    db.reset();
-    QFile::remove(target);
+    const bench::TimedImport import = bench::ImportIntoNewSongbook(dataDir, source, songs);
+    const double importMs = import.ms;
 
     const QByteArray name = QStringLiteral("bookimport_%1").arg(songs).toUtf8();
     bench::Print((name + "_sqlite3_dump_ms").constData(), sqliteMs, "ms");
     bench::Print((name + "_ms").constData(), importMs, "ms");
     bench::Print((name + "_per_song_us").constData(), importMs * 1000.0 / songs, "us");
     bench::Print("bookimport_ratio", importMs / sqliteMs, "x");
-    return result.songs == songs && host.failures() == 0;
+    return import.whole;
 }
 
 }  // namespace
 
 int main(int argc, char** argv)
 {
-    QCoreApplication app(argc, argv);
-    const QStringList args = bench::ArgumentsOrUsage(app, 2, "bench_bookimport DATA_DIR [SONGS...]");
-    if (args.isEmpty())
-        return 2;
-    bool ok = true;
-    for (int songs : bench::SongCounts(args, 2, {100000}))
-        ok = measure(args[1], songs) && ok;
-    if (!ok)
-        std::fprintf(stderr, "bench_bookimport: the import did not bring every song\n");
-    return ok ? 0 : 1;
+    return bench::RunImportBenchmark(argc, argv, "bench_bookimport", measure);
 }

@@ -1,12 +1,9 @@
 // The songbook import of a legacy Access songbook of 100,000 songs (Access 97, GBK titles) into an empty
 // songbook, beside mdb-export of mdbtools writing the same table as text.
 // Usage: bench_bookimport_mdb DATA_DIR [SONGS...]
-#include "BenchSupport.h"
+#include "BookImportBench.h"
 #include "LegacySongbook.h"
-#include "exchange/SongbookImport.h"
-#include "songdb/Connection.h"
 #include "songdb/Recordset.h"
-#include "songdb/Schema.h"
 #include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
@@ -66,20 +63,8 @@ bool measure(const QString& dataDir, int songs)
             ->RecordCount();
     const double readMs = double(readTimer.nsecsElapsed()) / 1e6;
 
-    const QString target = QDir(dataDir).filePath(QStringLiteral("bookimport_mdb_target.db"));
-    QFile::remove(target);
-    CreateSongDatabase(target, QStringLiteral("English"));
-    auto db = OpenConnection(target);
-    SongbookImportSettings settings;
-    settings.source = source;
-    settings.indexClass = QStringLiteral("import");
-    bench::GoOnHost host;
-    QElapsedTimer timer;
-    timer.start();
-    const SongbookImportResult result = ImportSongbook(*db, settings, host);
-    const double importMs = double(timer.nsecsElapsed()) / 1e6;
-    db.reset();
-    QFile::remove(target);
+    const bench::TimedImport import = bench::ImportIntoNewSongbook(dataDir, source, songs);
+    const double importMs = import.ms;
 
     const QByteArray name = QStringLiteral("bookimport_mdb_%1").arg(songs).toUtf8();
     bench::Print((name + "_mdb_export_ms").constData(), mdbExportMs, "ms");
@@ -87,21 +72,12 @@ bool measure(const QString& dataDir, int songs)
     bench::Print((name + "_ms").constData(), importMs, "ms");
     bench::Print((name + "_per_song_us").constData(), importMs * 1000.0 / songs, "us");
     bench::Print("bookimport_mdb_ratio", importMs / mdbExportMs, "x");
-    return read == songs && result.songs == songs && host.failures() == 0;
+    return read == songs && import.whole;
 }
 
 }  // namespace
 
 int main(int argc, char** argv)
 {
-    QCoreApplication app(argc, argv);
-    const QStringList args = bench::ArgumentsOrUsage(app, 2, "bench_bookimport_mdb DATA_DIR [SONGS...]");
-    if (args.isEmpty())
-        return 2;
-    bool ok = true;
-    for (int songs : bench::SongCounts(args, 2, {100000}))
-        ok = measure(args[1], songs) && ok;
-    if (!ok)
-        std::fprintf(stderr, "bench_bookimport_mdb: the import did not bring every song\n");
-    return ok ? 0 : 1;
+    return bench::RunImportBenchmark(argc, argv, "bench_bookimport_mdb", measure);
 }
