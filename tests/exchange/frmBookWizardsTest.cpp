@@ -12,6 +12,7 @@
 #include "support/ScriptedDialogs.h"
 #include "support/TempAppDir.h"
 #include "ExchangeTestSupport.h"
+#include "MdbWriter.h"
 #include <QCheckBox>
 #include <QDate>
 #include <QDir>
@@ -122,6 +123,55 @@ TEST_F(BookWizardTest, ExportThenImportThroughTheWindows)
               (QStringList{QStringLiteral("1000|A"), QStringLiteral("2000|A")}));
     EXPECT_EQ(test::rowsOf(*SongConnection(), QStringLiteral("select name from singer")),
               QStringList{QStringLiteral("S")});
+}
+
+TEST_F(BookWizardTest, TheGbkBoxFollowsTheAccessFileChosenAndIsObeyed)
+{
+    const QString title = QStringLiteral("月亮代表我的心");
+    auto write = [&](int jet, int codePage) {
+        const QString path = dir.file(QStringLiteral("ktv%1_%2.mdb").arg(jet).arg(codePage));
+        test::JetTable song{QStringLiteral("song"),
+                            {{QStringLiteral("Index"), test::JetType::Long}, {QStringLiteral("Name"), test::JetType::Text}},
+                            {{1000, codePage == 1252 ? QStringLiteral("Song") : title}},
+                            {},
+                            0};
+        EXPECT_TRUE(test::WriteJetDatabase(path, test::JetFileOptions{jet, codePage, 0, QString()}, {song}));
+        return path;
+    };
+    struct Case {
+        const char* name;
+        int jet;
+        int codePage;
+        bool enabled;
+        bool checked;
+    } cases[] = {
+        {"Access 97, GBK", 3, 936, true, true},
+        {"Access 97, Western", 3, 1252, true, false},
+        {"Access 2000", 4, 1252, false, false},
+    };
+    {
+        frmImportBook wizard;
+        for (const Case& c : cases) {
+            SCOPED_TRACE(c.name);
+            dialogs.files({write(c.jet, c.codePage)});
+            wizard.cmdBrowse()->click();
+            EXPECT_EQ(wizard.chkGbk()->isEnabled(), c.enabled);
+            EXPECT_EQ(wizard.chkGbk()->isChecked(), c.checked);
+        }
+    }
+    // The choice is obeyed whatever the file says.
+    for (bool gbk : {false, true}) {
+        SCOPED_TRACE(gbk);
+        frmImportBook wizard;
+        dialogs.files({write(3, 936)});
+        wizard.cmdBrowse()->click();
+        wizard.chkGbk()->setChecked(gbk);
+        wizard.chkDeleteSong()->setChecked(true);
+        wizard.cmdImport()->click();
+        const QStringList titles = test::rowsOf(*SongConnection(), QStringLiteral("select title from song"));
+        ASSERT_EQ(titles.size(), 1);
+        EXPECT_EQ(titles[0] == title, gbk) << titles[0].toStdString();
+    }
 }
 
 TEST_F(BookWizardTest, TheExportNeverReplacesTheDatabaseInUse)
