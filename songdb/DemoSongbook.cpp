@@ -169,9 +169,7 @@ QString CreateDemoSongbook(const QString& dir, const DemoOptions& options)
 
 void CopySongbookToServer(const QString& file, const QString& address, const QString& language)
 {
-    OpenOptions readOnly;
-    readOnly.readOnly = true;
-    auto db = OpenConnection(file, readOnly);
+    auto db = OpenConnection(file);  // a read-only one would leave the file's journal behind
     CreateSongDatabase(address, language);
     auto server = OpenConnection(address);
     auto& pg = static_cast<PostgresBackend&>(server->backend());

@@ -64,7 +64,8 @@ int adoTypeOf(Oid type)
 QString errorOf(const PGresult* r, pg_conn* conn)
 {
     const char* primary = r ? PQresultErrorField(r, PG_DIAG_MESSAGE_PRIMARY) : nullptr;
-    const QString text = QString::fromUtf8(primary ? primary : PQerrorMessage(conn)).trimmed();
+    // The client library breaks its texts over lines; a message box shows them as one.
+    const QString text = QString::fromUtf8(primary ? primary : PQerrorMessage(conn)).simplified();
     return text.isEmpty() ? QStringLiteral("The database server did not answer.") : text;
 }
 
@@ -185,7 +186,7 @@ pg_conn* connectTo(const QString& address, int timeoutMs, bool readOnly)
     if (!conn)
         throw AppError(QStringLiteral("out of memory"));
     if (PQstatus(conn) != CONNECTION_OK) {
-        const QString error = QString::fromUtf8(PQerrorMessage(conn)).trimmed();
+        const QString error = QString::fromUtf8(PQerrorMessage(conn)).simplified();
         PQfinish(conn);
         throw AppError(error);
     }

@@ -36,16 +36,26 @@ TEST(ServerAddress, TypedIntoTheDatabaseDialogOpensTheSession)
     SongCloseDatabase();
 }
 
-TEST(ServerAddress, ServerThatDoesNotAnswerFailsTheOpeningWithItsReason)
+TEST(ServerAddress, ServerThatDoesNotAnswerFailsTheOpeningWithItsReasonOnOneLine)
 {
-    test::TempAppDir dir;
-    test::ScriptedDialogs dialogs;
-    QString address = test::PostgresServer::instance().address(QStringLiteral("nosuch"));
-    DatabaseHomePath(QStringLiteral("SongServer"), address, true);
-    EXPECT_FALSE(SongOpenDatabase());
-    ASSERT_EQ(dialogs.messages().size(), 1);
-    EXPECT_TRUE(dialogs.messages()[0].startsWith(u"Open song database failed!  Err=")) << dialogs.messages()[0].toStdString();
-    EXPECT_TRUE(dialogs.messages()[0].contains(u"nosuch")) << dialogs.messages()[0].toStdString();
+    const struct {
+        QString address, reason;
+    } cases[] = {
+        {test::PostgresServer::instance().address(QStringLiteral("nosuch")), QStringLiteral("nosuch")},
+        {QStringLiteral("postgresql://ktv@127.0.0.1:1/songs"), QStringLiteral("port 1")},  // nothing listens
+    };
+    for (const auto& c : cases) {
+        test::TempAppDir dir;
+        test::ScriptedDialogs dialogs;
+        QString address = c.address;
+        DatabaseHomePath(QStringLiteral("SongServer"), address, true);
+        EXPECT_FALSE(SongOpenDatabase());
+        ASSERT_EQ(dialogs.messages().size(), 1) << c.reason.toStdString();
+        const QString message = dialogs.messages()[0];
+        EXPECT_TRUE(message.startsWith(u"Open song database failed!  Err=")) << message.toStdString();
+        EXPECT_TRUE(message.contains(c.reason)) << message.toStdString();
+        EXPECT_FALSE(message.contains(u'\n') || message.contains(u'\t')) << message.toStdString();
+    }
 }
 
 TEST(ServerAddress, CreateRefusesADatabaseThatHoldsASongbook)
