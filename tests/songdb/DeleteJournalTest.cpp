@@ -4,8 +4,8 @@
 #include "songdb/DeleteJournal.h"
 #include "support/QtPrint.h"
 #include "support/ScriptedDialogs.h"
+#include "support/TableRows.h"
 #include "support/TempAppDir.h"
-#include <QFile>
 #include <gtest/gtest.h>
 
 namespace td {
@@ -62,37 +62,12 @@ protected:
         rs->Fields(QStringLiteral("description")).setValue(QStringLiteral("說明\n\"quoted\""));
         rs->Update();
     }
-    // Every field of every row, a photograph as its bytes in hex.
-    QStringList rows(const QString& select)
-    {
-        QStringList out;
-        auto rs = db().openRecordset(select);
-        for (qsizetype p = 0; p < rs->RecordCount(); ++p) {
-            QStringList fields;
-            for (int c = 0; c < rs->FieldCount(); ++c) {
-                const QVariant v = rs->value(p, c);
-                fields << (rs->isNull(p, c)                          ? QStringLiteral("NULL")
-                           : v.typeId() == QMetaType::QByteArray ? QString::fromLatin1(v.toByteArray().toHex())
-                                                                 : v.toString());
-            }
-            out << fields.join(u'|');
-        }
-        return out;
-    }
+    QStringList rows(const QString& select) { return test::TableRows(db(), select); }
     qint64 count(const QString& table)
     {
         return db().openRecordset(QStringLiteral("select count(*) from ") + table)->value(0, 0).toLongLong();
     }
-    QStringList deleteLines() const
-    {
-        QFile f(app.file(QStringLiteral("event.log")));
-        QStringList lines;
-        if (f.open(QIODevice::ReadOnly))
-            for (const QString& line : QString::fromUtf8(f.readAll()).split(u'\n'))
-                if (line.contains(u"Event:Deleted"))
-                    lines << line.trimmed();
-        return lines;
-    }
+    QStringList deleteLines() const { return test::EventLogLines(app.path(), QStringLiteral("Event:Deleted")); }
     // Moves what the journal holds now back in time, as if it had been deleted days ago.
     void ageJournal(int days)
     {
