@@ -43,7 +43,8 @@ inline int RunImportBenchmark(int argc, char** argv, const char* name,
                               const std::function<bool(const QString& dataDir, int songs)>& measure)
 {
     QCoreApplication app(argc, argv);
-    const QStringList args = ArgumentsOrUsage(app, 2, (QByteArray(name) + " DATA_DIR [SONGS...]").constData());
+    const QStringList args =
+        ArgumentsOrUsage(app, 2, (QByteArray(name) + " DATA_DIR [SONGS...]").constData());
     if (args.isEmpty())
         return 2;
     bool ok = true;

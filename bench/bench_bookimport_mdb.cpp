@@ -58,9 +58,9 @@ bool measure(const QString& dataDir, int songs)
     // The reading alone: the file opened and its song table read whole, as the import does first.
     QElapsedTimer readTimer;
     readTimer.start();
-    const qsizetype read =
-        OpenAccessDatabase(source, kSongDatabasePassword, {})->openRecordset(QStringLiteral("select * from song"))
-            ->RecordCount();
+    const qsizetype read = OpenAccessDatabase(source, kSongDatabasePassword, {})
+                               ->openRecordset(QStringLiteral("select * from song"))
+                               ->RecordCount();
     const double readMs = double(readTimer.nsecsElapsed()) / 1e6;
 
     const bench::TimedImport import = bench::ImportIntoNewSongbook(dataDir, source, songs);

@@ -25,10 +25,10 @@ std::vector<JetColumn> LegacySongColumns()
 
 std::vector<JetColumn> LegacySingerColumns()
 {
-    return {{QStringLiteral("Name"), JetType::Text, 50},     {QStringLiteral("Male"), JetType::Bool},
-            {QStringLiteral("Female"), JetType::Bool},       {QStringLiteral("region"), JetType::Text, 20},
-            {QStringLiteral("Image"), JetType::Ole},         {QStringLiteral("ImageLen"), JetType::Long},
-            {QStringLiteral("Description"), JetType::Memo},  {QStringLiteral("Remark"), JetType::Text, 255}};
+    return {{QStringLiteral("Name"), JetType::Text, 50},    {QStringLiteral("Male"), JetType::Bool},
+            {QStringLiteral("Female"), JetType::Bool},      {QStringLiteral("region"), JetType::Text, 20},
+            {QStringLiteral("Image"), JetType::Ole},        {QStringLiteral("ImageLen"), JetType::Long},
+            {QStringLiteral("Description"), JetType::Memo}, {QStringLiteral("Remark"), JetType::Text, 255}};
 }
 
 QVariantList LegacySongRow(qsizetype i)

@@ -164,7 +164,8 @@ public:
         QByteArray page(format_.pageSize, 0);
         page[0] = 0x01;
         page[1] = 0x01;
-        put16(page, 2, quint32(format_.pageSize - format_.firstOffsetAt() - 2 * qsizetype(rows_.size()) - used_));
+        put16(page, 2,
+              quint32(format_.pageSize - format_.firstOffsetAt() - 2 * qsizetype(rows_.size()) - used_));
         page.replace(4, 4, owner_);
         put16(page, format_.rowCountAt, quint32(rows_.size()));
         qsizetype end = format_.pageSize;
@@ -194,19 +195,19 @@ QByteArray ownerOf(int tableDefinitionPage)
 int fixedSize(JetType type)
 {
     switch (type) {
-    case JetType::Bool:
-        return 0;
-    case JetType::Byte:
-        return 1;
-    case JetType::Int:
-        return 2;
-    case JetType::Long:
-        return 4;
-    case JetType::Double:
-    case JetType::DateTime:
-        return 8;
-    default:
-        return -1;
+        case JetType::Bool:
+            return 0;
+        case JetType::Byte:
+            return 1;
+        case JetType::Int:
+            return 2;
+        case JetType::Long:
+            return 4;
+        case JetType::Double:
+        case JetType::DateTime:
+            return 8;
+        default:
+            return -1;
     }
 }
 
@@ -294,8 +295,8 @@ private:
         std::optional<RowPage> page;
         const qsizetype rows = table.rowAt ? table.rowCount : qsizetype(table.rows.size());
         for (qsizetype r = 0; r < rows; ++r) {
-            const QByteArray row = encodeRow(layout, table.rowAt ? table.rowAt(r) : table.rows[std::size_t(r)],
-                                             table.name);
+            const QByteArray row =
+                encodeRow(layout, table.rowAt ? table.rowAt(r) : table.rows[std::size_t(r)], table.name);
             if (!page || !page->fits(row.size())) {
                 if (page)
                     store(*page);
@@ -379,9 +380,12 @@ private:
             else
                 vars[std::size_t(col.varIndex)] = varValue(col, value, table);
         }
-        QByteArray row = format_.jet3() ? jet3Row(columns, fixed, vars, nulls) : jet4Row(columns, fixed, vars, nulls);
+        QByteArray row =
+            format_.jet3() ? jet3Row(columns, fixed, vars, nulls) : jet4Row(columns, fixed, vars, nulls);
         if (row.size() > format_.roomForOneRow())
-            fail(QStringLiteral("a row of %1 takes %2 bytes, more than a page holds").arg(table).arg(row.size()));
+            fail(QStringLiteral("a row of %1 takes %2 bytes, more than a page holds")
+                     .arg(table)
+                     .arg(row.size()));
         return row;
     }
 
@@ -389,23 +393,23 @@ private:
     {
         QByteArray out;
         switch (type) {
-        case JetType::Byte:
-            out.append(char(value.toInt()));
-            break;
-        case JetType::Int:
-            append16(out, quint32(value.toInt()));
-            break;
-        case JetType::Long:
-            append32(out, quint32(value.toLongLong()));
-            break;
-        case JetType::Double:
-            appendDouble(out, value.toDouble());
-            break;
-        case JetType::DateTime:
-            appendDouble(out, jetDate(value.toDateTime()));
-            break;
-        default:
-            break;
+            case JetType::Byte:
+                out.append(char(value.toInt()));
+                break;
+            case JetType::Int:
+                append16(out, quint32(value.toInt()));
+                break;
+            case JetType::Long:
+                append32(out, quint32(value.toLongLong()));
+                break;
+            case JetType::Double:
+                appendDouble(out, value.toDouble());
+                break;
+            case JetType::DateTime:
+                appendDouble(out, jetDate(value.toDateTime()));
+                break;
+            default:
+                break;
         }
         return out;
     }
@@ -413,18 +417,20 @@ private:
     QByteArray varValue(const Layout::Column& col, const QVariant& value, const QString& table)
     {
         switch (col.def.type) {
-        case JetType::Text:
-        case JetType::Binary: {
-            const QByteArray bytes =
-                col.def.type == JetType::Text ? text_.encode(value.toString()) : value.toByteArray();
-            if (bytes.size() > col.maxBytes)
-                fail(QStringLiteral("%1.%2 holds %3 bytes at most").arg(table, col.def.name).arg(col.maxBytes));
-            return bytes;
-        }
-        case JetType::Memo:
-            return longValue(text_.encode(value.toString()));
-        default:
-            return longValue(value.toByteArray());
+            case JetType::Text:
+            case JetType::Binary: {
+                const QByteArray bytes =
+                    col.def.type == JetType::Text ? text_.encode(value.toString()) : value.toByteArray();
+                if (bytes.size() > col.maxBytes)
+                    fail(QStringLiteral("%1.%2 holds %3 bytes at most")
+                             .arg(table, col.def.name)
+                             .arg(col.maxBytes));
+                return bytes;
+            }
+            case JetType::Memo:
+                return longValue(text_.encode(value.toString()));
+            default:
+                return longValue(value.toByteArray());
         }
     }
 
@@ -514,7 +520,8 @@ private:
         offsets.push_back(int(row.size()));  // the end of the data is read as one more entry
         const qsizetype withoutJumps = row.size() + qsizetype(offsets.size()) + 1 + nulls.size();
         qsizetype jumps = 0;
-        for (qsizetype next = (withoutJumps - 1) / 256; next != jumps; next = (withoutJumps + jumps - 1) / 256)
+        for (qsizetype next = (withoutJumps - 1) / 256; next != jumps;
+             next = (withoutJumps + jumps - 1) / 256)
             jumps = next;
         for (auto it = offsets.rbegin(); it != offsets.rend(); ++it)
             row.append(char(*it & 0xff));
@@ -532,7 +539,8 @@ private:
         return row + nulls;
     }
 
-    QByteArray tableDefinition(const Layout& layout, qsizetype rows, quint32 usedMap, quint32 freeMap, bool system)
+    QByteArray tableDefinition(const Layout& layout, qsizetype rows, quint32 usedMap, quint32 freeMap,
+                               bool system)
     {
         const bool jet3 = format_.jet3();
         const int columnsAt = jet3 ? 43 : 63;
@@ -598,14 +606,18 @@ private:
     {
         JetTable t;
         t.name = QStringLiteral("MSysObjects");
-        t.columns = {{QStringLiteral("Id"), JetType::Long},         {QStringLiteral("ParentId"), JetType::Long},
-                     {QStringLiteral("Name"), JetType::Text, 128},  {QStringLiteral("Type"), JetType::Int},
+        t.columns = {{QStringLiteral("Id"), JetType::Long},
+                     {QStringLiteral("ParentId"), JetType::Long},
+                     {QStringLiteral("Name"), JetType::Text, 128},
+                     {QStringLiteral("Type"), JetType::Int},
                      {QStringLiteral("DateCreate"), JetType::DateTime},
                      {QStringLiteral("DateUpdate"), JetType::DateTime},
-                     {QStringLiteral("Flags"), JetType::Long},      {QStringLiteral("LvProp"), JetType::Ole}};
+                     {QStringLiteral("Flags"), JetType::Long},
+                     {QStringLiteral("LvProp"), JetType::Ole}};
         const QDateTime created(QDate(2001, 2, 3), QTime(4, 5, 6));
         auto row = [&](quint32 id, quint32 parent, const QString& name, int type, quint32 flags) {
-            t.rows.push_back({qint64(id), qint64(parent), name, type, created, created, qint64(flags), QVariant()});
+            t.rows.push_back(
+                {qint64(id), qint64(parent), name, type, created, created, qint64(flags), QVariant()});
         };
         row(kTablesContainer, 0x0F000000u, QStringLiteral("Tables"), 3, 0);
         row(2, kTablesContainer, QStringLiteral("MSysObjects"), 1, kSystemObject);
