@@ -24,7 +24,7 @@ int restore(QStringList args)
     const RestoreOutcome outcome = RestoreDeleted(*db, since);
     for (const QString& line : outcome.refused)
         std::fprintf(stderr, "tunedesk-admin: %s\n", line.toLocal8Bit().constData());
-    print(QStringLiteral("%1 song(s) and %2 singer(s) restored, %3 left in the journal")
+    print(QStringLiteral("%1 song(s) and %2 singer(s) restored, %3 refused")
               .arg(outcome.songs)
               .arg(outcome.singers)
               .arg(outcome.refused.size()));
