@@ -42,6 +42,11 @@ BookletOutcome MakeBookletPdf(Connection& db, const BookletOptions& options, con
                               JobHost& host)
 {
     BookletOutcome out;
+    const auto cantWrite = [&] { host.Fail(QStringLiteral("Can't write file - <") + pdf + u'>'); };
+    if (QFile target(pdf); !target.open(QIODevice::WriteOnly)) {
+        cantWrite();
+        return out;
+    }
     const QList<BookletSection> sections = ReadBookletSections(db, options, host);
     for (const BookletSection& s : sections)
         out.songs += s.songs.size();
@@ -62,7 +67,7 @@ BookletOutcome MakeBookletPdf(Connection& db, const BookletOptions& options, con
     if (!out.written) {
         QFile::remove(pdf);
         if (!stopped)
-            host.Fail(QStringLiteral("Can't write file - <") + pdf + u'>');
+            cantWrite();
     }
     return out;
 }

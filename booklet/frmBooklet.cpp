@@ -15,7 +15,8 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPrintPreviewDialog>
+#include <QPrintDialog>
+#include <QPrintPreviewWidget>
 #include <QPrinter>
 #include <QPushButton>
 #include <QSpinBox>
@@ -29,19 +30,6 @@ frmBooklet::Preview& previewHook()
 {
     static frmBooklet::Preview hook;
     return hook;
-}
-
-void showPrintPreview(QWidget* owner, const BookletOptions& options, const QList<BookletSection>& sections)
-{
-    QPrinter printer(QPrinter::HighResolution);
-    ApplyBookletPage(printer, options.paper);
-    printer.setDocName(QStringLiteral("SongBooklet"));
-    QPrintPreviewDialog dialog(&printer, owner);
-    dialog.setWindowTitle(TranslateText(QStringLiteral("Print preview")));
-    QObject::connect(&dialog, &QPrintPreviewDialog::paintRequested, &dialog,
-                     [&](QPrinter* p) { PaintBooklet(*p, options, sections); });
-    dialog.resize(900, 700);
-    dialog.exec();
 }
 
 QLabel* label(const char* name, const char* caption, QWidget* parent)
@@ -95,7 +83,7 @@ void frmBooklet::build()
     cboRegion_->setObjectName(QStringLiteral("cboRegion"));
     txtVenue_ = new QLineEdit(fraBooklet);
     txtVenue_->setObjectName(QStringLiteral("txtVenue"));
-    txtVenue_->setMinimumWidth(260);
+    txtVenue_->setMinimumWidth(200);
     const std::pair<QLabel*, QWidget*> rows[] = {
         {label("lblGroup", "Group songs by", fraBooklet), cboGroup_},
         {label("lblColumns", "Columns", fraBooklet), spnColumns_},
@@ -117,18 +105,34 @@ void frmBooklet::build()
     lblRequired_->setWordWrap(true);
     grid->addWidget(lblRequired_, 1, 0);
     grid->setRowStretch(2, 1);
+    // The choices keep their width; the pages take the rest of the window.
+    fraBooklet->setMaximumWidth(420);
+    lblRequired_->setMaximumWidth(420);
+    printer_ = std::make_unique<QPrinter>(QPrinter::HighResolution);
+    printer_->setDocName(QStringLiteral("SongBooklet"));
+    ApplyBookletPage(*printer_, shown_.paper);
+    preview_ = new QPrintPreviewWidget(printer_.get(), this);
+    preview_->setObjectName(QStringLiteral("preview"));
+    preview_->setMinimumSize(360, 300);
+    preview_->fitInView();
+    connect(preview_, &QPrintPreviewWidget::paintRequested, this,
+            [this](QPrinter* p) { PaintBooklet(*p, shown_, sections_); });
+    grid->addWidget(preview_, 0, 1, 3, 1);
+    grid->setColumnStretch(1, 1);
 
     auto* buttons = new QHBoxLayout;
     cmdPreview_ = button("cmdPreview", "Preview (&P)", this);
+    cmdPrint_ = button("cmdPrint", "Print ... (&R)", this);
     cmdPdf_ = button("cmdPdf", "Save PDF ... (&F)", this);
     cmdSave_ = button("cmdSave", "Save as default (&S)", this);
     cmdClose_ = button("cmdClose", "Close (&C)", this);
     buttons->addStretch(1);
-    for (QPushButton* b : {cmdPreview_, cmdPdf_, cmdSave_, cmdClose_})
+    for (QPushButton* b : {cmdPreview_, cmdPrint_, cmdPdf_, cmdSave_, cmdClose_})
         buttons->addWidget(b);
-    grid->addLayout(buttons, 3, 0);
+    grid->addLayout(buttons, 3, 0, 1, 2);
 
     connect(cmdPreview_, &QPushButton::clicked, this, [this] { PreviewBooklet(); });
+    connect(cmdPrint_, &QPushButton::clicked, this, [this] { PrintBooklet(); });
     connect(cmdPdf_, &QPushButton::clicked, this, [this] { SavePdf(); });
     connect(cmdSave_, &QPushButton::clicked, this, [this] { SaveDefaults(); });
     connect(cmdClose_, &QPushButton::clicked, this, [this] { CloseWorkingWindow(this); });
@@ -200,10 +204,27 @@ void frmBooklet::PreviewBooklet()
     });
     if (!*read)
         return;
-    if (previewHook())
-        previewHook()(this, options, *sections);
-    else
-        showPrintPreview(this, options, *sections);
+    shown_ = options;
+    sections_ = std::move(*sections);
+    read_ = true;
+    if (previewHook()) {
+        previewHook()(this, shown_, sections_);
+        return;
+    }
+    ApplyBookletPage(*printer_, shown_.paper);
+    preview_->updatePreview();
+}
+
+void frmBooklet::PrintBooklet()
+{
+    if (!read_)
+        PreviewBooklet();
+    if (!read_)
+        return;
+    QPrintDialog dialog(printer_.get(), this);
+    dialog.setWindowTitle(TranslateText(QStringLiteral("Print")));
+    if (dialog.exec() == QDialog::Accepted)
+        PaintBooklet(*printer_, shown_, sections_);
 }
 
 void frmBooklet::SavePdf()
