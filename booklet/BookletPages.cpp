@@ -82,7 +82,9 @@ public:
           fonts_(fonts),
           g_(g),
           sections_(sections),
-          number_(numberWidth(sections, QFontMetricsF(fonts.body, p.device())))
+          body_(fonts.body, p.device()),
+          pad_(body_.horizontalAdvance(u' ') / 2),
+          number_(numberWidth(sections, body_))
     {
     }
 
@@ -140,8 +142,8 @@ private:
     void song(const BookletSong& s, const QRectF& r)
     {
         p_.setFont(fonts_.body);
-        const QFontMetricsF fm(fonts_.body, p_.device());
-        const double pad = fm.horizontalAdvance(u' ') / 2;
+        const QFontMetricsF& fm = body_;
+        const double pad = pad_;
         p_.setPen(Qt::black);
         p_.drawText(QRectF(r.left(), r.top(), number_ - pad, r.height()), Qt::AlignRight | Qt::AlignVCenter,
                     songNumber(s));
@@ -164,7 +166,9 @@ private:
     const Fonts& fonts_;
     const Geometry& g_;
     const QList<BookletSection>& sections_;
-    double number_;
+    const QFontMetricsF body_;  // measured once: songs are most of what is drawn
+    const double pad_;
+    const double number_;
 };
 
 }  // namespace
