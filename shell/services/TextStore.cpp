@@ -85,6 +85,34 @@ QString ReadTextValue(const QString& text, const QString& section, const QString
     return value.toString();
 }
 
+TextSection::TextSection(const QString& text, const QString& section) : text_(text), section_(section)
+{
+    const qsizetype at = text.indexOf(header(section));
+    if (at < 0)
+        return;
+    // Every line break may start a key, also one inside a value, as the search of ReadTextValue finds it.
+    const QStringView body = sectionBody(text, at, section);
+    for (qsizetype lf = body.indexOf(u'\n'); lf >= 0; lf = body.indexOf(u'\n', lf + 1)) {
+        qsizetype end = lf + 1;
+        while (end < body.size() && body[end] != u'=' && body[end] != u'\r' && body[end] != u'\n')
+            ++end;
+        if (end == body.size() || body[end] != u'=')
+            continue;
+        const qsizetype cr = body.indexOf(u'\r', end + 1);
+        const QString key = body.mid(lf + 1, end - lf - 1).toString();
+        if (!values_.contains(key))
+            values_.insert(key, body.mid(end + 1, (cr >= 0 ? cr : body.size()) - end - 1).toString());
+    }
+}
+
+QString TextSection::value(const QString& key, const QString& def) const
+{
+    if (key.contains(u'=') || key.contains(u'\r') || key.contains(u'\n'))
+        return ReadTextValue(text_, section_, key, def);
+    const auto it = values_.constFind(key);
+    return it == values_.cend() ? def : *it;
+}
+
 void WriteTextValue(QString& text, const QString& section, const QString& key, const QString& value)
 {
     const qsizetype at = text.indexOf(header(section));

@@ -12,7 +12,8 @@ namespace {
 
 struct InterfaceLanguage {
     QString region;
-    QString resourceText;  // the whole string.txt, searched at each lookup
+    QString resourceText;  // the whole string.txt
+    TextSection resource;  // its section [Resource], which every lookup reads
 };
 
 InterfaceLanguage& language()
@@ -79,8 +80,7 @@ QString TranslateText(const QString& text)
     const SplitText s = splitText(text);
     if (observer())
         observer()(s.rest);
-    const QString answer =
-        ReadTextValue(language().resourceText, QStringLiteral("Resource"), s.rest, QString());
+    const QString answer = language().resource.value(s.rest, QString());
     if (answer.isEmpty())
         return s.rest;
     return answer + (s.hadDots ? QStringLiteral(" ...") : QString()) + s.accelerator;
@@ -105,6 +105,7 @@ bool SetInterfaceRegion(const QString& name)
             qCWarning(lcServices) << "text file of region" << name << "not read:" << ErrorText(e);
         language().resourceText.clear();
     }
+    language().resource = TextSection(language().resourceText, QStringLiteral("Resource"));
     if (language().resourceText.isEmpty())
         return false;
     IniWrite(regionIni(), QStringLiteral("Home"), QStringLiteral("Default"), name);
