@@ -97,6 +97,16 @@ void exec(sqlite3* db, const QString& sql)
     }
 }
 
+int pageCount(sqlite3* db)
+{
+    sqlite3_stmt* stmt = nullptr;
+    if (sqlite3_prepare_v2(db, "PRAGMA page_count", -1, &stmt, nullptr) != SQLITE_OK)
+        return 0;
+    const int pages = sqlite3_step(stmt) == SQLITE_ROW ? sqlite3_column_int(stmt, 0) : 0;
+    sqlite3_finalize(stmt);
+    return pages;
+}
+
 }  // namespace
 
 SqliteBackend::SqliteBackend(const QString& file, int busyTimeoutMs, bool readOnly, bool create)
@@ -125,7 +135,8 @@ SqliteBackend::SqliteBackend(const QString& file, int busyTimeoutMs, bool readOn
         sqlite3_close(db);
         throw AppError(error);
     }
-    if (!readOnly)
+    // A file without a single page is no songbook yet; setting its journal would write one into it.
+    if (!readOnly && (create || pageCount(db) > 0))
         ApplyJournalMode(db, file);
     db_ = db;
     if (!readOnly)
