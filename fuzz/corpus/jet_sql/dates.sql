@@ -1,0 +1,1 @@
+select count(*) from song where lupd_time > #2020-01-01# and lupd_time < Now()

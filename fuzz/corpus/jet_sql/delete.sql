@@ -1,0 +1,1 @@
+delete * from song where id in (1,2,3)

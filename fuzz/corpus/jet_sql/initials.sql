@@ -1,0 +1,1 @@
+select top 50 id, title from song where (Mid(title,1,1)>='A' And Mid(title,1,1)<'B') or UCASE(Mid(title,1,1))='A'

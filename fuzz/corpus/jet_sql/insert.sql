@@ -1,0 +1,1 @@
+insert into singer (name, type) values ('A&B', 1);

@@ -1,0 +1,1 @@
+select * into song in 'export.db' from song where library='/srv/Songs'

@@ -1,0 +1,1 @@
+select * from song where UCASE(title) like '*LOVE*' and [index]>=1000 order by [index]

@@ -1,0 +1,1 @@
+update song set title="It''s", order_time=order_time+1 where singer='O''Neil'
