@@ -1,6 +1,7 @@
 #include "booklet/frmBooklet.h"
 #include "booklet/Booklet.h"
 #include "checks/WindowJob.h"
+#include "controls/NamedWidgets.h"
 #include "regions/WindowText.h"
 #include "shell/services/AppError.h"
 #include "shell/services/AppPaths.h"
@@ -30,20 +31,6 @@ frmBooklet::Preview& previewHook()
 {
     static frmBooklet::Preview hook;
     return hook;
-}
-
-QLabel* label(const char* name, const char* caption, QWidget* parent)
-{
-    auto* l = new QLabel(QString::fromUtf8(caption), parent);
-    l->setObjectName(QString::fromLatin1(name));
-    return l;
-}
-
-QPushButton* button(const char* name, const char* caption, QWidget* parent)
-{
-    auto* b = new QPushButton(QString::fromUtf8(caption), parent);
-    b->setObjectName(QString::fromLatin1(name));
-    return b;
 }
 
 constexpr BookletGroup kGroups[] = {BookletGroup::Singer, BookletGroup::Length, BookletGroup::Language};
@@ -85,11 +72,11 @@ void frmBooklet::build()
     txtVenue_->setObjectName(QStringLiteral("txtVenue"));
     txtVenue_->setMinimumWidth(200);
     const std::pair<QLabel*, QWidget*> rows[] = {
-        {label("lblGroup", "Group songs by", fraBooklet), cboGroup_},
-        {label("lblColumns", "Columns", fraBooklet), spnColumns_},
-        {label("lblPaper", "Paper", fraBooklet), cboPaper_},
-        {label("lblRegion", "Region", fraBooklet), cboRegion_},
-        {label("lblVenue", "Venue name", fraBooklet), txtVenue_},
+        {NamedWidget<QLabel>("lblGroup", "Group songs by", fraBooklet), cboGroup_},
+        {NamedWidget<QLabel>("lblColumns", "Columns", fraBooklet), spnColumns_},
+        {NamedWidget<QLabel>("lblPaper", "Paper", fraBooklet), cboPaper_},
+        {NamedWidget<QLabel>("lblRegion", "Region", fraBooklet), cboRegion_},
+        {NamedWidget<QLabel>("lblVenue", "Venue name", fraBooklet), txtVenue_},
     };
     int row = 0;
     for (const auto& [caption, field] : rows) {
@@ -99,9 +86,9 @@ void frmBooklet::build()
     form->setColumnStretch(1, 1);
     grid->addWidget(fraBooklet, 0, 0);
 
-    lblRequired_ =
-        label("lblBookletRequired",
-              "Prints on any printer of the system or saves a PDF; the date is printed on every page", this);
+    lblRequired_ = NamedWidget<QLabel>(
+        "lblBookletRequired",
+        "Prints on any printer of the system or saves a PDF; the date is printed on every page", this);
     lblRequired_->setWordWrap(true);
     grid->addWidget(lblRequired_, 1, 0);
     grid->setRowStretch(2, 1);
@@ -121,11 +108,11 @@ void frmBooklet::build()
     grid->setColumnStretch(1, 1);
 
     auto* buttons = new QHBoxLayout;
-    cmdPreview_ = button("cmdPreview", "Preview (&P)", this);
-    cmdPrint_ = button("cmdPrint", "Print ... (&R)", this);
-    cmdPdf_ = button("cmdPdf", "Save PDF ... (&F)", this);
-    cmdSave_ = button("cmdSave", "Save as default (&S)", this);
-    cmdClose_ = button("cmdClose", "Close (&C)", this);
+    cmdPreview_ = NamedWidget<QPushButton>("cmdPreview", "Preview (&P)", this);
+    cmdPrint_ = NamedWidget<QPushButton>("cmdPrint", "Print ... (&R)", this);
+    cmdPdf_ = NamedWidget<QPushButton>("cmdPdf", "Save PDF ... (&F)", this);
+    cmdSave_ = NamedWidget<QPushButton>("cmdSave", "Save as default (&S)", this);
+    cmdClose_ = NamedWidget<QPushButton>("cmdClose", "Close (&C)", this);
     buttons->addStretch(1);
     for (QPushButton* b : {cmdPreview_, cmdPrint_, cmdPdf_, cmdSave_, cmdClose_})
         buttons->addWidget(b);

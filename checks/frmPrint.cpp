@@ -2,6 +2,7 @@
 #include "checks/SongListPages.h"
 #include "checks/SongListPrint.h"
 #include "checks/WindowJob.h"
+#include "controls/NamedWidgets.h"
 #include "regions/WindowText.h"
 #include "shell/services/AppError.h"
 #include "shell/services/AppPaths.h"
@@ -49,17 +50,9 @@ void showPrintPreview(QWidget* owner, const SongList& list, const QStringList& f
 
 QGroupBox* frameWithGrid(const char* name, const char* caption, QWidget* parent)
 {
-    auto* box = new QGroupBox(QString::fromUtf8(caption), parent);
-    box->setObjectName(QString::fromLatin1(name));
+    auto* box = NamedWidget<QGroupBox>(name, caption, parent);
     new QGridLayout(box);
     return box;
-}
-
-QLabel* label(const char* name, const char* caption, QWidget* parent)
-{
-    auto* l = new QLabel(QString::fromUtf8(caption), parent);
-    l->setObjectName(QString::fromLatin1(name));
-    return l;
 }
 
 }  // namespace
@@ -93,9 +86,9 @@ void frmPrint::build()
 
     QGroupBox* fraWhere = frameWithGrid("fraWhere", "Select songs to be printed", this);
     auto* where = static_cast<QGridLayout*>(fraWhere->layout());
-    where->addWidget(label("lblField", "Data Field", fraWhere), 0, 0);
-    where->addWidget(label("lblCompare", "Compare", fraWhere), 0, 1);
-    where->addWidget(label("lblValue", "Value", fraWhere), 0, 2);
+    where->addWidget(NamedWidget<QLabel>("lblField", "Data Field", fraWhere), 0, 0);
+    where->addWidget(NamedWidget<QLabel>("lblCompare", "Compare", fraWhere), 0, 1);
+    where->addWidget(NamedWidget<QLabel>("lblValue", "Value", fraWhere), 0, 2);
     for (int i = 0; i < 3; ++i) {
         cboField_[i] = new QComboBox(fraWhere);
         cboField_[i]->setObjectName(QStringLiteral("cboField%1").arg(i));
@@ -118,17 +111,17 @@ void frmPrint::build()
     auto* order = static_cast<QGridLayout*>(fraOrder->layout());
     const char* orderNames[3] = {"1st order", "2nd order", "3rd order"};
     for (int i = 0; i < 3; ++i) {
-        order->addWidget(label(QStringLiteral("lblOrder%1").arg(i).toLatin1().constData(), orderNames[i], fraOrder),
-                         0, i);
+        const QByteArray name = QStringLiteral("lblOrder%1").arg(i).toLatin1();
+        order->addWidget(NamedWidget<QLabel>(name.constData(), orderNames[i], fraOrder), 0, i);
         cboOrder_[i] = new QComboBox(fraOrder);
         cboOrder_[i]->setObjectName(QStringLiteral("cboOrder%1").arg(i));
         order->addWidget(cboOrder_[i], 1, i);
     }
     grid->addWidget(fraOrder, 1, 1);
 
-    lblRequired_ = label("lblRequired",
-                         "Needs a printer of the system or prints to PDF; the list is also saved as an .xlsx workbook",
-                         this);
+    lblRequired_ = NamedWidget<QLabel>(
+        "lblRequired",
+        "Needs a printer of the system or prints to PDF; the list is also saved as an .xlsx workbook", this);
     lblRequired_->setWordWrap(true);
     // The list takes the height the window gives; the conditions and orders keep theirs.
     grid->setRowStretch(2, 1);

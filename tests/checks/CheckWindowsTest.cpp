@@ -12,6 +12,7 @@
 #include "support/QtApp.h"
 #include "support/QtPrint.h"
 #include "support/ScriptedDialogs.h"
+#include "support/ShippedTexts.h"
 #include "support/TempAppDir.h"
 #include <QComboBox>
 #include <QDir>
@@ -152,24 +153,11 @@ TEST_F(CheckWindowsTest, PreviewShowsTheListAndSavesTheWorkbookUnderTheChosenNam
 // Every text the two windows show has a line in each shipped language.
 TEST_F(CheckWindowsTest, EveryTextHasALineInEachShippedLanguage)
 {
-    QSet<QString> keys;
-    SetTranslateObserver([&keys](const QString& key) { keys.insert(key); });
-    {
-        frmCheckBook check;
-        frmPrint print;
-    }
-    SetTranslateObserver(nullptr);
-    keys.remove(QString());
-    for (const char* region : {"English", "Chinese(PRC)", "Chinese(Taiwan)"}) {
-        const QString text = ReadTextStore(QStringLiteral(TUNEDESK_SOURCE_DIR "/data/Region/") +
-                                           QString::fromLatin1(region) + QStringLiteral("/string.txt"));
-        QStringList missing;
-        for (const QString& key : keys)
-            if (ReadTextValue(text, QStringLiteral("Resource"), key, QString()).isEmpty())
-                missing << key;
-        missing.sort();
-        EXPECT_TRUE(missing.isEmpty()) << region << " lacks:\n" << missing.join(u'\n').toStdString();
-    }
+    EXPECT_EQ(test::MissingShippedTexts(test::TextsLookedUp([] {
+                  frmCheckBook check;
+                  frmPrint print;
+              })),
+              QStringList());
 }
 
 }  // namespace
