@@ -42,8 +42,8 @@ FieldFormat ReadFieldFormat(const QString& file)
     const int count = FormatInteger(IniRead(file, fields, QStringLiteral("Count"), QString()));
     format.CaptionVisible = NumericFlag(file, fields, QStringLiteral("CaptionVisible"));
     format.ButtonVisible = NumericFlag(file, fields, QStringLiteral("ButtonVisible"));
-    for (int n = 1; n <= count; ++n)
-        format.Fields.push_back(ReadField(file, QStringLiteral("Field%1").arg(n)));
+    format.Fields = ReadNumberedRows<DataField>(
+        file, QStringLiteral("Field"), count, [&](const QString& section) { return ReadField(file, section); });
     return format;
 }
 

@@ -1,6 +1,7 @@
 #include "controls/ViewFormat.h"
 #include "shell/services/AppError.h"
 #include "shell/services/Ini.h"
+#include "shell/services/IniDocument.h"
 #include "shell/services/Translate.h"
 #include <cmath>
 
@@ -17,6 +18,23 @@ int FormatInteger(const QString& text)
     if (v > 2147483647.0 || v < -2147483648.0)
         return 0;
     return int(v);
+}
+
+std::vector<int> NumberedSections(const QString& file, const QString& prefix)
+{
+    std::vector<int> numbers;
+    for (const QString& name : IniDocument::load(file).sectionNames()) {
+        if (!name.startsWith(prefix, Qt::CaseInsensitive))
+            continue;
+        const QString digits = name.mid(prefix.size());
+        bool isNumber = false;
+        const int n = digits.toInt(&isNumber);
+        // Only the name a lookup of that number matches: no sign, no leading zero.
+        if (isNumber && n > 0 && digits == QString::number(n))
+            numbers.push_back(n);
+    }
+    std::sort(numbers.begin(), numbers.end());
+    return numbers;
 }
 
 namespace {

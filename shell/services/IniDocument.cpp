@@ -140,6 +140,17 @@ std::optional<QStringList> IniDocument::sectionLines(const QString& section) con
     return out;
 }
 
+QStringList IniDocument::sectionNames() const
+{
+    QStringList names;
+    for (const QString& line : lines_) {
+        const QString t = line.trimmed();
+        if (isHeader(t))
+            names << headerName(t);
+    }
+    return names;
+}
+
 bool IniDocument::removeSection(const QString& section)
 {
     const int header = findSection(section);

@@ -17,6 +17,8 @@ public:
     // The lines of a section, each trimmed, blank lines left out; nullopt when the section is missing.
     std::optional<QStringList> sectionLines(const QString& section) const;
     bool removeSection(const QString& section);
+    // The names of all sections, in file order, as a lookup would match them.
+    QStringList sectionNames() const;
 
 private:
     // Index of the section's header line, or -1.
