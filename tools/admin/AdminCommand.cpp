@@ -87,10 +87,21 @@ void expectArgs(const QStringList& args, qsizetype min, qsizetype max)
         throw Failure{QStringLiteral("wrong number of arguments")};
 }
 
+void expectDatabaseFile(const QString& file)
+{
+    if (IsServerAddress(file))
+        return;
+    const QFileInfo info(file);
+    if (!info.isFile())
+        throw Failure{QStringLiteral("no such database file: ") + file};
+    // SQLite would take an empty file for an empty database, and write to it.
+    if (info.size() == 0)
+        throw Failure{QStringLiteral("not a song database, the file is empty: ") + file};
+}
+
 std::unique_ptr<Connection> openExisting(const QString& file)
 {
-    if (!IsServerAddress(file) && !QFileInfo(file).isFile())
-        throw Failure{QStringLiteral("no such database file: ") + file};
+    expectDatabaseFile(file);
     return OpenConnection(file);
 }
 

@@ -35,6 +35,8 @@ void print(const QString& text);
 QString option(QStringList& args, const QString& name, const QString& def);
 bool flag(QStringList& args, const QString& name);
 void expectArgs(const QStringList& args, qsizetype min, qsizetype max);
+// Fails unless file is a server address or a file that may hold a songbook (it exists, it is not empty).
+void expectDatabaseFile(const QString& file);
 // Opens an existing song database file, or fails with "no such database file".
 std::unique_ptr<Connection> openExisting(const QString& file);
 

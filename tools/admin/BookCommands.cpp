@@ -29,6 +29,18 @@ bool sameFile(const QString& a, const QString& b)
     return QFileInfo(a).canonicalFilePath() == QFileInfo(b).canonicalFilePath();
 }
 
+// A source that is empty, no database or too damaged to list its songs is refused in one line before
+// the import starts, rather than failing once for its songs and once more for its singers.
+void expectReadableSource(const QString& source)
+{
+    if (QFileInfo(source).size() == 0)
+        throw Failure{QStringLiteral("not a songbook, the file is empty: ") + source};
+    auto db = OpenAccessDatabase(source, kSongDatabasePassword, AccessReadOptions{});
+    // An open Access file is left to the import: it can only be read a whole table at a time.
+    if (db && (!db->isOpen() || !IsAccessFile(source)))
+        db->openRecordset(QStringLiteral("select count(*) from song"));
+}
+
 // Imports the songs and singers of SOURCE into the songbook DB as the songbook import wizard does
 // with its saved defaults; the options stand in for the wizard's choices.
 int importBook(QStringList args)
@@ -45,6 +57,7 @@ int importBook(QStringList args)
         throw Failure{QStringLiteral("no such source file: ") + args[1]};
     if (sameFile(args[0], args[1]))
         throw Failure{QStringLiteral("Can not import from current database!")};
+    expectReadableSource(args[1]);
     SongbookImportSettings settings = DefaultSongbookImportSettings(ConfigMinIndex(*db));
     settings.source = args[1];
     if (!indexClass.isEmpty())

@@ -73,8 +73,9 @@ int search(QStringList args)
 {
     expectArgs(args, 2, 3);
     const QString file = IsServerAddress(args[0]) ? args[0] : QFileInfo(args[0]).absoluteFilePath();
-    if (!IsServerAddress(file) && !QFileInfo(file).isFile())
-        throw Failure{QStringLiteral("no such database file: ") + args[0]};
+    // A damaged file fails here in one line, before the session's opening tells it in several.
+    openExisting(file)->openRecordset(
+        QStringLiteral("select [value] from config where [section]='Database' and [key]='Format'"));
     QTemporaryDir scratch;
     SetAppPath(scratch.path());
     QDir().mkpath(scratch.filePath(QStringLiteral("KtvPublic")));
