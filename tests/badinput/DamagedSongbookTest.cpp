@@ -5,6 +5,7 @@
 #include "songdb/Schema.h"
 #include "songdb/SongSession.h"
 #include "songdb/SongStatements.h"
+#include "support/CaseName.h"
 #include "support/QtPrint.h"
 #include "support/ScriptedDialogs.h"
 #include "support/TempAppDir.h"
@@ -35,9 +36,10 @@ QString songbookWithSongs(const QString& dir)
     CreateSongDatabase(path, QStringLiteral("English"));
     auto db = OpenConnection(path);
     for (int i = 1; i <= 400; ++i)
-        db->execute(QStringLiteral("insert into song ([index], title, singer) values (%1, 'Song %1 %2', 'Singer %1')")
-                        .arg(1000 + i)
-                        .arg(QString(60, u'x')));
+        db->execute(
+            QStringLiteral("insert into song ([index], title, singer) values (%1, 'Song %1 %2', 'Singer %1')")
+                .arg(1000 + i)
+                .arg(QString(60, u'x')));
     db->close();
     return path;
 }
@@ -59,7 +61,8 @@ const Damage kDamages[] = {
     {"cut to half its length", [](QByteArray b) { return b.left(b.size() / 2); }},
     {"cut inside the first page", [](QByteArray b) { return b.left(1000); }},
     {"a page in the middle overwritten", [](QByteArray b) { return overwritten(b, b.size() / 2, 4096); }},
-    {"the last pages overwritten", [](QByteArray b) { return overwritten(b, b.size() - 3 * 4096, 3 * 4096); }},
+    {"the last pages overwritten",
+     [](QByteArray b) { return overwritten(b, b.size() - 3 * 4096, 3 * 4096); }},
     {"every byte zero", [](QByteArray b) { return QByteArray(b.size(), '\0'); }},
     {"no byte at all", [](QByteArray) { return QByteArray(); }},
 };
@@ -92,26 +95,20 @@ TEST_P(DamagedSongbook, IsReportedAndNeverWritten)
             dialogs.answer(answer);
         if (SongOpenDatabase()) {
             std::unique_ptr<Recordset> rs;
-            if (SongGetRecordset(QStringLiteral("*"), QStringLiteral("song"), QString(), QStringLiteral("[index]"),
-                                 rs)) {
+            if (SongGetRecordset(QStringLiteral("*"), QStringLiteral("song"), QString(),
+                                 QStringLiteral("[index]"), rs)) {
                 EXPECT_LT(rs->RecordCount(), 400) << "a damaged songbook read whole";
             }
             SongCloseDatabase();
         }
         EXPECT_FALSE(dialogs.messages().isEmpty()) << "nothing told the operator";
         EXPECT_TRUE(bytesOf(path) == before) << "the damaged file was written";
-        EXPECT_FALSE(QFile::exists(path + QStringLiteral("-wal")) && bytesOf(path + QStringLiteral("-wal")).size() > 0);
+        EXPECT_FALSE(QFile::exists(path + QStringLiteral("-wal")) &&
+                     bytesOf(path + QStringLiteral("-wal")).size() > 0);
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Damages, DamagedSongbook, ::testing::ValuesIn(kDamages),
-                         [](const ::testing::TestParamInfo<Damage>& info) {
-                             std::string name;
-                             for (const char* c = info.param.name; *c; ++c)
-                                 if (std::isalnum(static_cast<unsigned char>(*c)))
-                                     name += *c;
-                             return name;
-                         });
+INSTANTIATE_TEST_SUITE_P(Damages, DamagedSongbook, ::testing::ValuesIn(kDamages), kNamedCase);
 
 }  // namespace
 }  // namespace td::test

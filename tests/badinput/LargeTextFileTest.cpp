@@ -4,6 +4,7 @@
 #include "shell/services/Ini.h"
 #include "shell/services/TextStore.h"
 #include "shell/services/Translate.h"
+#include "support/CaseName.h"
 #include "support/TempAppDir.h"
 #include "support/Timing.h"
 #include <QElapsedTimer>
@@ -92,12 +93,7 @@ TEST_P(LargeTextFile, TextsAreFoundAtOnceAndTheFileStaysAsItWas)
     ResetInterfaceRegion();
 }
 
-INSTANTIATE_TEST_SUITE_P(Files, LargeTextFile, ::testing::ValuesIn(kBigFiles),
-                         [](const ::testing::TestParamInfo<BigFile>& info) {
-                             QString name = QString::fromLatin1(info.param.name);
-                             name.remove(u' ');
-                             return name.toStdString();
-                         });
+INSTANTIATE_TEST_SUITE_P(Files, LargeTextFile, ::testing::ValuesIn(kBigFiles), kNamedCase);
 
 // The section read once must answer every key exactly as the search through the whole text does.
 TEST(TextSection, AnswersAsTheSearchThroughTheText)
@@ -114,8 +110,9 @@ TEST(TextSection, AnswersAsTheSearchThroughTheText)
         "a=no section\r\n",
         "",
     };
-    const char* const keys[] = {"a", "b", "c", "d", "x", "y", "", "a=b", "Save item", "last", "missing",
-                                "a\r\nb", "no equals sign", "1\rb"};
+    const char* const keys[] = {
+        "a",   "b", "c", "d", "x", "y", "", "a=b", "Save item", "last", "missing", "a\r\nb", "no equals sign",
+        "1\rb"};
     for (const char* t : texts) {
         const QString text = QString::fromUtf8(t);
         const TextSection section(text, QStringLiteral("Resource"));
