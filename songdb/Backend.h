@@ -94,8 +94,10 @@ public:
     // Safe to call from any thread while the connection is open.
     virtual void interrupt() {}
 
-    // Set once the delete journal is known to be in this database (see DeleteJournal.h).
+    // The delete journal on this connection (see DeleteJournal.h): known to be in the database, and
+    // when its old rows last went (milliseconds since the epoch).
     bool deleteJournalReady = false;
+    qint64 deleteJournalPrunedAt = 0;
 };
 
 }  // namespace td

@@ -16,6 +16,8 @@ namespace {
 
 const QString kStoredTime = QStringLiteral("yyyy-MM-dd HH:mm:ss");
 const QString kDeletedAt = QStringLiteral("deleted_at");
+// Pruning reads the whole journal: after the first batch of a connection, at most this often.
+constexpr qint64 kPruneEveryMs = 10 * 60 * 1000;
 
 // A kept table and where its deleted rows go.
 struct Kept {
@@ -45,9 +47,10 @@ QStringList columnNames(const char* table)
 }
 
 // The journal holds the table's columns as they are, its key a plain number, and the time of the delete.
+// No index: each row deleted would write one more page, and pruning reads the journal seldom.
 SchemaTable journalSchema(const Kept& kept)
 {
-    SchemaTable journal{kept.journal, schemaOf(kept.table).columns, {{"deleted_at", "deleted_at"}}};
+    SchemaTable journal{kept.journal, schemaOf(kept.table).columns, {}};
     for (auto& c : journal.columns)
         if (c.type == ColumnType::Key)
             c.type = ColumnType::Integer;
@@ -170,8 +173,12 @@ void finishBatch()
     AppLogEvent(QStringLiteral("Deleted %1 on console %2, kept %3 day(s)")
                     .arg(counted(done.songs, done.singers), consoleName())
                     .arg(days));
-    if (const auto backend = done.backend.lock(); backend && backend->isOpen())
+    const qint64 now = QDateTime::currentMSecsSinceEpoch();
+    const auto backend = done.backend.lock();
+    if (backend && backend->isOpen() && now - backend->deleteJournalPrunedAt >= kPruneEveryMs) {
+        backend->deleteJournalPrunedAt = now;
         PruneDeleteJournal(*backend, days);
+    }
 }
 
 }  // namespace

@@ -34,7 +34,7 @@ void EnsureDeleteJournal(Backend& backend, bool cached = true);
 void NoteDeleted(const std::shared_ptr<Backend>& backend, const QString& table, qint64 rows);
 
 // The deletes of one operation (a selection deleted in a window): one event log line at the end, and
-// kept rows past their age go then.
+// kept rows past their age go then (at the first batch of a connection, then at most every 10 minutes).
 class DeleteBatch {
 public:
     DeleteBatch();

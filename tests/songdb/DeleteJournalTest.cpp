@@ -253,24 +253,26 @@ TEST_F(DeleteJournal, SinceBringsBackOnlyWhatWasDeletedFromThen)
     EXPECT_EQ(count(QStringLiteral("singer")), 1);
 }
 
-TEST_F(DeleteJournal, RowsPastTheirDaysGoWithTheNextBatch)
+TEST_F(DeleteJournal, RowsPastTheirDaysGoWithTheFirstBatchOfAConnection)
 {
     AppIniWrite(kKeepDeletedDaysKey, QStringLiteral("5"));
     addSong(1, QStringLiteral("Ten days ago"));
     addSinger(QStringLiteral("Ten days ago"), kPhoto);
-    db().execute(QStringLiteral("delete * from song"));
-    db().execute(QStringLiteral("delete * from singer"));
-    ageJournal(10);
     addSong(2, QStringLiteral("Four days ago"));
-    db().execute(QStringLiteral("delete * from song"));
+    db().execute(QStringLiteral("delete * from singer"));
+    db().execute(QStringLiteral("delete * from song where [index] = 1"));
+    ageJournal(10);
+    db().execute(QStringLiteral("delete * from song where [index] = 2"));
     db().execute(QStringLiteral("update deleted_song set deleted_at = '") +
                  QDateTime::currentDateTimeUtc().addDays(-4).toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")) +
                  QStringLiteral("' where title = 'Four days ago'"));
     addSong(3, QStringLiteral("Now"));
-    db().execute(QStringLiteral("delete * from song"));
+    const QString kept = QStringLiteral("select title from deleted_song order by title");
+    EXPECT_EQ(rows(kept).size(), 2) << "this connection pruned at its first batch, and not again so soon";
 
-    EXPECT_EQ(rows(QStringLiteral("select title from deleted_song order by title")),
-              (QStringList{QStringLiteral("Four days ago"), QStringLiteral("Now")}));
+    auto console = file.second();
+    console->execute(QStringLiteral("delete * from song"));
+    EXPECT_EQ(rows(kept), (QStringList{QStringLiteral("Four days ago"), QStringLiteral("Now")}));
     EXPECT_EQ(count(QStringLiteral("deleted_singer")), 0);
 }
 
