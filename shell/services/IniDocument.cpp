@@ -1,9 +1,12 @@
 #include "shell/services/IniDocument.h"
 #include <QFile>
+#include <QStringDecoder>
 #include "shell/services/FilePaths.h"
 
 namespace td {
 namespace {
+
+constexpr QByteArrayView kUtf8Mark("\xEF\xBB\xBF");
 
 bool isHeader(const QString& trimmed)
 {
@@ -39,9 +42,12 @@ IniDocument IniDocument::load(const QString& file)
     QFile f(file);
     if (!f.open(QIODevice::ReadOnly))
         return doc;
-    QString text = QString::fromUtf8(f.readAll());
-    if (text.startsWith(QChar(0xFEFF)))
-        text.remove(0, 1);
+    // One byte-order mark is the file's; it goes back on save. Any other is text, so that a file that
+    // begins with two (two files joined) reads the same before and after a write.
+    const QByteArray bytes = f.readAll();
+    doc.byteOrderMark_ = bytes.startsWith(kUtf8Mark);
+    QStringDecoder decode(QStringDecoder::Utf8, QStringConverter::Flag::ConvertInitialBom);
+    QString text = decode(QByteArrayView(bytes).sliced(doc.byteOrderMark_ ? kUtf8Mark.size() : 0));
     text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
     doc.lines_ = text.split(u'\n');
     if (!doc.lines_.isEmpty() && doc.lines_.back().isEmpty())
@@ -51,7 +57,7 @@ IniDocument IniDocument::load(const QString& file)
 
 bool IniDocument::save(const QString& file) const
 {
-    QByteArray bytes;
+    QByteArray bytes = byteOrderMark_ ? kUtf8Mark.toByteArray() : QByteArray();
     for (const QString& line : lines_) {
         bytes += line.toUtf8();
         bytes += '\n';

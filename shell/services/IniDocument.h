@@ -28,6 +28,7 @@ private:
     int findKey(int header, const QString& key) const;
 
     QStringList lines_;
+    bool byteOrderMark_ = false;  // the file began with one; a save keeps it
 };
 
 }  // namespace td
