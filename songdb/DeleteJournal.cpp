@@ -217,18 +217,56 @@ QStringList DeleteJournalStatements(bool postgres)
     return statements;
 }
 
+namespace {
+
+// The kept tables whose journal or trigger the database lacks.
+std::vector<const Kept*> missingJournals(Backend& backend)
+{
+    const QSet<QString> present = presentNames(backend);
+    std::vector<const Kept*> missing;
+    for (const Kept& k : kKept)
+        if (present.contains(QString::fromLatin1(k.table)) &&
+            !(present.contains(QString::fromLatin1(k.journal)) && present.contains(QString::fromLatin1(k.trigger))))
+            missing.push_back(&k);
+    return missing;
+}
+
+// Two consoles making the journal at once on a server would both create its tables, and one would
+// fail on the catalogue: they take turns, and the second finds it made.
+class ServerTurn {
+public:
+    explicit ServerTurn(Backend& backend) : backend_(onPostgres(backend) ? &backend : nullptr)
+    {
+        if (backend_)
+            backend_->execute(QStringLiteral("SELECT pg_advisory_lock(7301904417)"));
+    }
+    ~ServerTurn()
+    {
+        try {
+            if (backend_)
+                backend_->execute(QStringLiteral("SELECT pg_advisory_unlock(7301904417)"));
+        } catch (const AppError&) {
+            // The connection is gone, and its lock with it.
+        }
+    }
+    ServerTurn(const ServerTurn&) = delete;
+    ServerTurn& operator=(const ServerTurn&) = delete;
+
+private:
+    Backend* backend_;
+};
+
+}  // namespace
+
 void EnsureDeleteJournal(Backend& backend, bool cached)
 {
     if ((cached && backend.deleteJournalReady) || backend.readOnly())
         return;
-    const QSet<QString> present = presentNames(backend);
-    for (const Kept& k : kKept) {
-        if (!present.contains(QString::fromLatin1(k.table)))
-            continue;
-        if (present.contains(QString::fromLatin1(k.journal)) && present.contains(QString::fromLatin1(k.trigger)))
-            continue;
-        for (const QString& sql : journalStatements(k, onPostgres(backend)))
-            backend.execute(sql);
+    if (!missingJournals(backend).empty()) {
+        const ServerTurn turn(backend);
+        for (const Kept* k : missingJournals(backend))
+            for (const QString& sql : journalStatements(*k, onPostgres(backend)))
+                backend.execute(sql);
     }
     backend.deleteJournalReady = true;
 }
