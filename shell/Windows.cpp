@@ -1,3 +1,4 @@
+#include "booklet/frmBooklet.h"
 #include "checks/frmCheckBook.h"
 #include "checks/frmPrint.h"
 #include "config/frmOptions.h"
@@ -66,6 +67,8 @@ void RegisterWindows()
     mdiMain::registerWindow(QStringLiteral("frmCheckBook"),
                             [](WindowFrame& frame) { return new frmCheckBook(frame); });
     mdiMain::registerWindow(QStringLiteral("frmPrint"), [](WindowFrame& frame) { return new frmPrint(frame); });
+    mdiMain::registerWindow(QStringLiteral("frmBooklet"),
+                            [](WindowFrame& frame) { return new frmBooklet(frame); });
     // The library manager's "update songbook" opens the import wizard over the frame.
     frmLibMana::SetImportWizard([](QWidget* owner, const QString& root) { ShowImportLibrary(root, owner); });
     mdiMain::registerWindow(QStringLiteral("frmCopyDisc"),

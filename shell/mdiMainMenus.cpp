@@ -142,6 +142,7 @@ void mdiMain::buildMenus()
     addEntry(m, "mnuToolCopy", "Copy media files from disc to library ... (&C)", nullptr,
              window("frmCopyDisc"));
     addEntry(m, "mnuToolPrint", "Print songbook ... (&P)", nullptr, window("frmPrint"));
+    addEntry(m, "mnuToolBooklet", "Song booklet ... (&B)", nullptr, window("frmBooklet"));
     addEntry(m, "mnuToolCheck", "Check songbook (&K)", nullptr, window("frmCheckBook"));
     sep(m);
     addEntry(m, "mnuToolExport", "Export songs and singers ... (&E)", nullptr, window("frmExportBook"));

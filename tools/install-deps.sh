@@ -6,8 +6,8 @@ set -euo pipefail
 packages=(
   build-essential cmake ccache pkg-config
   qt6-base-dev qt6-qpa-plugins libicu-dev libsqlite3-dev sqlite3 libpq-dev postgresql
-  libmpv-dev libavformat-dev libavcodec-dev libswresample-dev libavutil-dev espeak-ng mdbtools-dev libxlsxwriter-dev libasound2-dev pulseaudio libasound2-plugins
-  googletest libgtest-dev libgmock-dev
+  libmpv-dev libavformat-dev libavcodec-dev libswresample-dev libavutil-dev espeak-ng mdbtools-dev mdbtools libxlsxwriter-dev libasound2-dev pulseaudio libasound2-plugins
+  googletest libgtest-dev libgmock-dev clang libclang-rt-14-dev
   xvfb xauth ffmpeg poppler-utils fonts-wqy-microhei libgl-dev xdotool libgl1-mesa-dri xorriso unzip
 )
 

@@ -22,3 +22,7 @@ if [ "${TUNEDESK_SANITIZERS:-1}" != 0 ]; then
     UBSAN_OPTIONS=print_stacktrace=1 \
     run_suite "$here/build-asan" -DCMAKE_BUILD_TYPE=Debug -DTUNEDESK_SANITIZE=ON -DTUNEDESK_BENCH=OFF
 fi
+if [ "${TUNEDESK_FUZZ:-1}" != 0 ]; then
+  echo "== every parser of outside input under libFuzzer, a bounded time each"
+  bash "$here/tools/run-fuzzers.sh"
+fi
